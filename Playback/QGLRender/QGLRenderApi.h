@@ -1,0 +1,68 @@
+#pragma once
+
+// C entry points of the QGLRender library.
+//
+// The module side creates and releases render widgets ("QGL_Create",
+// "QGL_Release"). The playback engine, which has no Qt of its own, hands
+// decoded pictures to a widget through the frame-sink functions below; it
+// resolves them by name at run time and never dereferences a handle it was
+// given: it asks QGL_IsRenderWidget first. Every function is safe to call from
+// any thread; a handle that is not (or no longer) a live render widget is
+// answered with a refusal, never a crash.
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#define QGL_EXPORT __declspec(dllexport)
+#else
+#define QGL_EXPORT __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// Pixel layouts a render widget accepts; anything else the engine converts.
+enum QGL_PixelFormat {
+    QGL_PIX_YUV420P = 0,  // three planes, chroma halved both ways
+    QGL_PIX_NV12 = 1,     // luma plane + interleaved UV plane
+    QGL_PIX_YUV422P = 2,  // three planes, chroma halved horizontally
+    QGL_PIX_YUV444P = 3,  // three full planes
+};
+
+enum QGL_ColorMatrix {
+    QGL_MATRIX_BT601 = 0,
+    QGL_MATRIX_BT709 = 1,
+};
+
+// One picture. Planes are copied before QGL_PushFrame returns.
+typedef struct QGL_Frame {
+    int32_t format;       // QGL_PixelFormat
+    int32_t width;        // coded picture size in pixels
+    int32_t height;
+    const uint8_t* data[3];
+    int32_t linesize[3];  // bytes per row of each plane
+    int32_t sarNum;       // sample (pixel) aspect ratio; 0/0 or 1/1 for square
+    int32_t sarDen;
+    int32_t matrix;       // QGL_ColorMatrix
+    int32_t fullRange;    // 1: 0..255 (JPEG); 0: 16..235 limited
+} QGL_Frame;
+
+// Creates a render widget (a QOpenGLWidget) and registers it. The argument is
+// the parent widget and is always passed null by the module.
+QGL_EXPORT void* QGL_Create(void* parent);
+// Unregisters and deletes a widget made by QGL_Create: 0, or non-zero for a
+// pointer it does not know (which is left alone).
+QGL_EXPORT int QGL_Release(void* widget);
+
+// 1 when handle is a live render widget of this library, else 0.
+QGL_EXPORT int QGL_IsRenderWidget(void* handle);
+// Hands the widget a picture to show (it repaints on its own thread). 0 on
+// success, non-zero for an unknown handle or an unsupported frame.
+QGL_EXPORT int QGL_PushFrame(void* handle, const QGL_Frame* frame);
+// Drops the picture: the widget shows black. 0, or non-zero for an unknown handle.
+QGL_EXPORT int QGL_Clear(void* handle);
+
+#ifdef __cplusplus
+}
+#endif

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+struct AVFrame;
+
+namespace RK_Framework::VideoPlayer {
+
+// Where decoded pictures go. One output serves one play handle. The engine's
+// video thread is the only caller of Show and Clear; Create is called on the
+// thread that calls Play.
+class IVideoOutput
+{
+public:
+    virtual ~IVideoOutput() = default;
+
+    // Shows frame (any pixel format FFmpeg decodes to), letterboxed by its
+    // display aspect ratio. The output keeps what it needs; the caller keeps
+    // ownership of frame. False when the picture could not be shown.
+    virtual bool Show(const AVFrame* frame) = 0;
+    // Shows black and forgets the last picture.
+    virtual void Clear() = 0;
+    // Redraws the last picture (after a resize or an expose); no-op when none.
+    virtual void Refresh() = 0;
+};
+
+// Picks the output for a play handle: a live QGLRender widget when QGLRender's
+// registry knows the handle, else a native window id drawn into directly.
+// 0 gives a null output that drops pictures (headless decoding, benchmarks).
+std::unique_ptr<IVideoOutput> CreateVideoOutput(std::int64_t playHandle);
+
+}  // namespace RK_Framework::VideoPlayer

@@ -1,0 +1,52 @@
+# Shared build settings for every Quill Player target.
+#
+# Everything built lands in one folder, QUILL_BIN_DIR, which is a complete,
+# runnable installation: executables, shared libraries, skins and translations.
+
+if(NOT DEFINED QUILL_BIN_DIR)
+  set(QUILL_BIN_DIR "${PROJECT_BINARY_DIR}/bin")
+endif()
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${QUILL_BIN_DIR}")
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY "${QUILL_BIN_DIR}")
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY "${PROJECT_BINARY_DIR}/lib")
+
+# Libraries find their siblings in their own folder, and so do the executables.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+set(CMAKE_SKIP_BUILD_RPATH OFF)
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
+set(CMAKE_INSTALL_RPATH "$ORIGIN")
+
+option(QUILL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+add_library(quill_config INTERFACE)
+add_library(Quill::config ALIAS quill_config)
+target_compile_features(quill_config INTERFACE cxx_std_17)
+target_compile_definitions(quill_config INTERFACE
+  QT_NO_CAST_FROM_BYTEARRAY
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+  QT_USE_QSTRINGBUILDER
+  QT_DISABLE_DEPRECATED_BEFORE=0x050F00
+  QT_MESSAGELOGCONTEXT)
+if(MSVC)
+  target_compile_options(quill_config INTERFACE /W4 /permissive- /utf-8)
+else()
+  target_compile_options(quill_config INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-align
+    -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wimplicit-fallthrough)
+  target_link_options(quill_config INTERFACE -Wl,--as-needed)
+  if(QUILL_SANITIZE)
+    target_compile_options(quill_config INTERFACE
+      -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(quill_config INTERFACE -fsanitize=address,undefined)
+  endif()
+endif()
+
+# quill_shared_library(<name> SOURCES ...): a plug-in style shared library that
+# exports its contract only and finds its siblings through $ORIGIN.
+function(quill_set_library_props target)
+  set_target_properties(${target} PROPERTIES
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    BUILD_RPATH "$ORIGIN"
+    INSTALL_RPATH "$ORIGIN")
+endfunction()

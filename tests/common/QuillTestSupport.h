@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+namespace QuillTest {
+
+// build/bin: the complete installation the build produces.
+QString BinDir();
+
+// Path of a file in build/bin, or of a built library by base name
+// ("KoLog" -> ".../bin/libKoLog.so").
+QString BinPath(const QString& _qstrName);
+QString LibraryPath(const QString& _qstrBaseName);
+
+// A fresh working directory for one test: the process changes into it, and
+// back when the object goes away. Files the code looks for relative to "."
+// (libraries it loads as "./name", skins, translations) are linked in from
+// build/bin on request, so the test controls exactly what is present.
+class ScopedWorkDir
+{
+public:
+    ScopedWorkDir();
+    ~ScopedWorkDir();
+    ScopedWorkDir(const ScopedWorkDir&) = delete;
+    ScopedWorkDir& operator=(const ScopedWorkDir&) = delete;
+
+    QString Path() const;
+    QString FilePath(const QString& _qstrRelative) const;
+    // Links build/bin/<name> (file or folder) into the working directory.
+    bool LinkFromBin(const QString& _qstrName);
+    // Writes a text file below the working directory, creating folders.
+    bool WriteFile(const QString& _qstrRelative, const QByteArray& _qbaContent);
+
+private:
+    QTemporaryDir m_tmpDir;
+    QString m_qstrPrevious;
+};
+
+// Runs a program to the end and answers its exit code (-1 when it could not
+// start or did not finish within _iTimeoutMs). Output goes to _pOutput.
+int RunProgram(const QString& _qstrProgram, const QStringList& _qlstArgs,
+               QByteArray* _pOutput = nullptr, int _iTimeoutMs = 120000);
+
+}  // namespace QuillTest
