@@ -36,31 +36,33 @@ enum QGL_ColorMatrix {
 };
 
 // One picture. Planes are copied before QGL_PushFrame returns.
-typedef struct QGL_Frame {
-    int32_t format;       // QGL_PixelFormat
-    int32_t width;        // coded picture size in pixels
+typedef struct QGL_Frame
+{
+    int32_t format;  // QGL_PixelFormat
+    int32_t width;   // coded picture size in pixels
     int32_t height;
     const uint8_t* data[3];
     int32_t linesize[3];  // bytes per row of each plane
     int32_t sarNum;       // sample (pixel) aspect ratio; 0/0 or 1/1 for square
     int32_t sarDen;
-    int32_t matrix;       // QGL_ColorMatrix
-    int32_t fullRange;    // 1: 0..255 (JPEG); 0: 16..235 limited
+    int32_t matrix;     // QGL_ColorMatrix
+    int32_t fullRange;  // 1: 0..255 (JPEG); 0: 16..235 limited
 } QGL_Frame;
 
 // Creates a render widget (a QOpenGLWidget) and registers it. The argument is
 // the parent widget and is always passed null by the module.
 QGL_EXPORT void* QGL_Create(void* parent);
-// Unregisters and deletes a widget made by QGL_Create: 0, or non-zero for a
-// pointer it does not know (which is left alone).
+// Unregisters and deletes a widget made by QGL_Create: 0, or -1 for a pointer
+// it does not know (which is left alone). Called off the widget's thread, the
+// deletion is deferred to that thread.
 QGL_EXPORT int QGL_Release(void* widget);
 
 // 1 when handle is a live render widget of this library, else 0.
 QGL_EXPORT int QGL_IsRenderWidget(void* handle);
 // Hands the widget a picture to show (it repaints on its own thread). 0 on
-// success, non-zero for an unknown handle or an unsupported frame.
+// success, -1 for an unknown handle, -2 for a frame it cannot show.
 QGL_EXPORT int QGL_PushFrame(void* handle, const QGL_Frame* frame);
-// Drops the picture: the widget shows black. 0, or non-zero for an unknown handle.
+// Drops the picture: the widget shows black. 0, or -1 for an unknown handle.
 QGL_EXPORT int QGL_Clear(void* handle);
 
 #ifdef __cplusplus
