@@ -88,10 +88,10 @@ void CLS_ViewBasic::SendPresenterRequest(const QString& _qstrBusinessKey, const 
 bool CLS_ViewBasic::TaskRequest(const QString& _qstrBusinessKey, const QVariantMap& _qmapParam,
                                 const QString& _qstrBusinessUUID)
 {
-    Q_UNUSED(_qstrBusinessUUID)
     try {
         KOLOG(0, GetModuleCode()) << "run TaskRequest key:[" << _qstrBusinessKey << "] param:[" << _qmapParam
                                   << "]";
+        m_qstrBusinessUUID = _qstrBusinessUUID;
         QVariantMap qmapResult;
         const bool blHandled = HandleTask(_qstrBusinessKey, _qmapParam, qmapResult);
         KOLOG(1, GetModuleCode()) << "handle " << blHandled << " key:[" << _qstrBusinessKey << "] result:["
@@ -156,6 +156,7 @@ void CLS_ViewBasic::CallTaskHandler(QString _qstrBusinessKey, QVariantMap _qmapP
             _qmapParam.value(ModuleKeys::kObject).value<void*>() != static_cast<void*>(this))
             return;
 
+        m_qstrBusinessUUID = _qstrBusinessUUID;
         QVariantMap qmapResult;
         const bool blHandled = HandleTask(_qstrBusinessKey, _qmapParam, qmapResult);
         KOLOG(1, GetModuleCode()) << "call funtion " << blHandled << " key:[" << _qstrBusinessKey

@@ -54,8 +54,12 @@ protected slots:
 
 protected:
     void showEvent(QShowEvent* _pEvent) override;
+    // UUID of the request or result HandleTask is running for, so a view that
+    // answers later (a message box, after a button) can answer under it.
+    const QString& CurrentBusinessUUID() const { return m_qstrBusinessUUID; }
 
 private:
     QString m_qstrStyleSheet;
+    QString m_qstrBusinessUUID;
     std::atomic<bool> m_blInitialized{false};
 };
