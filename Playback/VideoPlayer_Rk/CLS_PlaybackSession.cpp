@@ -1,0 +1,243 @@
+#include "CLS_PlaybackSession.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "output/IVideoOutput.h"
+
+extern "C" {
+#include <libavformat/avformat.h>
+}
+
+namespace RK_Framework::VideoPlayer {
+
+namespace {
+// Decoded pictures waiting for their time: enough to hide a slow keyframe.
+constexpr std::size_t kFrameQueueSize = 6;
+// Pictures kept for stepping back: a whole 1080p group of 60 pictures fits.
+constexpr std::size_t kStepCacheBytes = 200u * 1024u * 1024u;
+constexpr int kStepBackTimeoutMs = 5000;
+}  // namespace
+
+CLS_PlaybackSession::CLS_PlaybackSession()
+    : m_frames(kFrameQueueSize, m_state.m_iSerial),
+      m_cache(kStepCacheBytes),
+      m_audio(m_state, m_clock),
+      m_videoDecoder(m_state, m_videoPackets, m_frames, m_cache),
+      m_audioDecoder(m_state, m_audioPackets, m_audio),
+      m_demuxer(m_state, m_source, m_videoPackets, m_audioPackets),
+      m_presenter(m_state, m_frames, m_cache, m_clock, m_audio)
+{}
+
+CLS_PlaybackSession::~CLS_PlaybackSession()
+{
+    Shutdown();
+}
+
+void CLS_PlaybackSession::Shutdown()
+{
+    m_state.m_blAbort = true;
+    m_state.Wake();
+    m_source.Interrupt(true);
+    m_videoPackets.Abort();
+    m_audioPackets.Abort();
+    m_frames.Abort();
+    m_audio.Abort();
+    m_presenter.Join();
+    m_demuxer.Join();
+    m_videoDecoder.Join();
+    m_audioDecoder.Join();
+    m_audio.Close();
+    m_presenter.ClearOutput();
+}
+
+bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strError,
+                               AVIOContext* _pIo)
+{
+    if (!m_source.Open(_strPath, _pIo)) {
+        _strError = m_source.LastError();
+        return false;
+    }
+    m_state.m_dFrameDuration = m_source.NominalFrameDuration();
+    if (!m_videoDecoder.Open(m_source.VideoStream(), _strError)) return false;
+
+    bool blAudio = false;
+    if (m_source.AudioStream()) {
+        std::string strIgnored;
+        // A file whose sound we cannot decode still shows its pictures.
+        blAudio = m_audioDecoder.Open(m_source.AudioStream(), strIgnored);
+    }
+    std::vector<AVPacket*> vecAudio;
+    const bool blDecoded = m_videoDecoder.DecodeFirst(m_source, vecAudio, _strError);
+    if (blDecoded && blAudio)
+        m_blSound = m_audio.Open(m_audioDecoder.SampleRate(), m_audioDecoder.Channels());
+    m_state.m_blAudioActive = m_blSound;
+    for (AVPacket* pPacket : vecAudio) {
+        if (m_blSound)
+            m_audioPackets.Put(pPacket, m_state.m_iSerial.load());
+        else
+            av_packet_free(&pPacket);
+    }
+    if (!blDecoded) return false;
+
+    // Times run from the first picture, whatever clock the recorder started.
+    const double dContainer = m_source.DurationSeconds();
+    if (dContainer > 0.0) {
+        const AVFormatContext* pFormat = m_source.Format();
+        const double dStart = pFormat->start_time != AV_NOPTS_VALUE
+                                  ? static_cast<double>(pFormat->start_time) / AV_TIME_BASE
+                                  : 0.0;
+        const double dFirst = static_cast<double>(m_state.m_i64FirstPts) * m_state.m_dTimeBase;
+        const double dLead = pFormat->start_time != AV_NOPTS_VALUE ? dFirst - dStart : 0.0;
+        m_dDuration = dContainer - std::clamp(dLead, 0.0, dContainer);
+    }
+
+    m_demuxer.Start();
+    m_videoDecoder.Start();
+    if (m_blSound) m_audioDecoder.Start();
+    m_presenter.Start();
+    m_blStarted = true;
+    return true;
+}
+
+void CLS_PlaybackSession::SetEndHandler(EndHandler _fnEnd)
+{
+    m_presenter.SetEndHandler(std::move(_fnEnd));
+}
+
+void CLS_PlaybackSession::SetObserver(FrameObserver _fnObserver)
+{
+    m_presenter.SetObserver(std::move(_fnObserver));
+}
+
+void CLS_PlaybackSession::Play(std::unique_ptr<IVideoOutput> _pOutput)
+{
+    if (!m_blStarted) return;
+    m_presenter.SetOutput(std::move(_pOutput));
+    m_presenter.SetRunning(true);
+    Pause(false);
+}
+
+bool CLS_PlaybackSession::Pause(bool _blPause)
+{
+    if (!m_blStarted || m_presenter.Paused() == _blPause) return false;
+    m_clock.SetPaused(_blPause);
+    m_audio.SetPaused(_blPause);
+    m_presenter.SetPaused(_blPause);
+    return true;
+}
+
+bool CLS_PlaybackSession::Paused() const
+{
+    return m_presenter.Paused();
+}
+
+void CLS_PlaybackSession::SetSpeed(double _dSpeed)
+{
+    const bool blWasActive = m_state.m_blAudioActive.load();
+    const bool blActive = m_blSound && _dSpeed == 1.0;
+    m_state.m_dSpeed = _dSpeed;
+    m_state.m_iLagLevel = 0;
+    m_clock.SetSpeed(_dSpeed);
+    m_state.m_blAudioActive = blActive;
+    if (blWasActive && !blActive) {
+        m_audio.Flush();
+        m_audioPackets.Flush();
+    } else if (!blWasActive && blActive && m_presenter.ShownSerial() >= 0) {
+        // The demuxer read ahead without sound; go back to the picture on
+        // screen so that sound resumes with it rather than seconds later.
+        ST_SeekRequest stRequest;
+        stRequest.m_i64Target = m_presenter.ShownPts();
+        stRequest.m_i64SeekPts = stRequest.m_i64Target;
+        m_dPendingTime = m_presenter.ShownTime();
+        PostSeek(stRequest);
+    }
+    m_presenter.Wake();
+}
+
+int CLS_PlaybackSession::PostSeek(ST_SeekRequest _stRequest)
+{
+    if (_stRequest.m_i64SeekPts <= m_state.m_i64FirstPts) _stRequest.m_blToStart = true;
+    const int iSerial = m_state.RequestSeek(_stRequest);
+    m_frames.Wake();
+    m_audio.Flush();
+    m_presenter.Wake();
+    return iSerial;
+}
+
+bool CLS_PlaybackSession::SeekPercent(int _iPercent)
+{
+    if (!m_blStarted || m_dDuration <= 0.0) return false;
+    const double dTime = m_dDuration * std::clamp(_iPercent, 0, 100) / 100.0;
+    ST_SeekRequest stRequest;
+    stRequest.m_i64Target = m_state.PtsOf(dTime);
+    stRequest.m_i64SeekPts = stRequest.m_i64Target;
+    m_dPendingTime = dTime;
+    m_cache.Clear();
+    PostSeek(stRequest);
+    return true;
+}
+
+bool CLS_PlaybackSession::StepForward()
+{
+    if (!m_blStarted) return false;
+    Pause(true);
+    return m_presenter.StepForward();
+}
+
+bool CLS_PlaybackSession::StepBack()
+{
+    if (!m_blStarted) return false;
+    Pause(true);
+    const int iLatest = m_state.m_iSerial.load();
+    if (m_presenter.ShownSerial() != iLatest &&
+        !m_presenter.WaitForSerial(iLatest, kStepBackTimeoutMs))
+        return false;
+    if (m_presenter.StepBackFromCache()) return true;
+    const long long llShown = m_presenter.ShownPts();
+    if (llShown <= m_state.m_i64FirstPts) return false;
+    // Decode again from the keyframe before, keeping the pictures on the way
+    // so that the next steps back need no decoding.
+    ST_SeekRequest stRequest;
+    stRequest.m_i64Target = llShown - 1;
+    stRequest.m_i64SeekPts = stRequest.m_i64Target;
+    stRequest.m_blCollect = true;
+    m_dPendingTime = m_state.TimeOf(llShown);
+    const int iSerial = PostSeek(stRequest);
+    if (!m_presenter.WaitForSerial(iSerial, kStepBackTimeoutMs)) return false;
+    return m_presenter.ShownPts() < llShown;
+}
+
+int CLS_PlaybackSession::TotalSeconds() const
+{
+    if (m_dDuration <= 0.0) return -1;
+    return static_cast<int>(std::lround(m_dDuration));
+}
+
+double CLS_PlaybackSession::ShownTime() const
+{
+    return m_presenter.ShownSerial() < 0 ? -1.0 : m_presenter.ShownTime();
+}
+
+int CLS_PlaybackSession::PlayedSeconds() const
+{
+    // While a seek is on its way, report where it goes, not where it was.
+    const double dTime = m_presenter.ShownSerial() == m_state.m_iSerial.load()
+                             ? m_presenter.ShownTime()
+                             : m_dPendingTime;
+    if (dTime <= 0.0) return 0;
+    return static_cast<int>(std::floor(dTime + 1e-6));
+}
+
+void CLS_PlaybackSession::SetSoundOn(bool _blOn)
+{
+    m_audio.SetSoundOn(_blOn);
+}
+
+void CLS_PlaybackSession::SetVolume(int _iPercent)
+{
+    m_audio.SetVolume(_iPercent);
+}
+
+}  // namespace RK_Framework::VideoPlayer

@@ -1,0 +1,302 @@
+#include "CLS_VideoDecoder.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "CLS_MediaSource.h"
+#include "CLS_PacketQueue.h"
+#include "CLS_StepCache.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+namespace RK_Framework::VideoPlayer {
+
+namespace {
+// Two frame threads beat "auto" on the two-core machines we ship for: more
+// threads only add reordering delay and memory.
+constexpr int kDecoderThreads = 2;
+// Give up looking for a first picture after this many packets.
+constexpr int kMaxPacketsForFirst = 3000;
+// Recorder streams sometimes never flag a keyframe; stop waiting for one.
+constexpr int kMaxSkipForKey = 250;
+// Share of the decoder's time that high-speed playback may take before it
+// starts decoding less.
+constexpr double kDecodeBudget = 0.6;
+}  // namespace
+
+CLS_VideoDecoder::CLS_VideoDecoder(CLS_SessionState& _state, CLS_PacketQueue& _packets,
+                                   CLS_FrameQueue& _frames, CLS_StepCache& _cache)
+    : m_state(_state), m_packets(_packets), m_frames(_frames), m_cache(_cache)
+{}
+
+CLS_VideoDecoder::~CLS_VideoDecoder()
+{
+    Join();
+    FreeVideoFrame(m_stHeld);
+    av_frame_free(&m_pScratch);
+    avcodec_free_context(&m_pCodec);
+}
+
+bool CLS_VideoDecoder::Open(AVStream* _pStream, std::string& _strError)
+{
+    const AVCodec* pDecoder = avcodec_find_decoder(_pStream->codecpar->codec_id);
+    if (!pDecoder) {
+        _strError = std::string("no decoder for ") + avcodec_get_name(_pStream->codecpar->codec_id);
+        return false;
+    }
+    m_pCodec = avcodec_alloc_context3(pDecoder);
+    m_pScratch = av_frame_alloc();
+    if (!m_pCodec || !m_pScratch ||
+        avcodec_parameters_to_context(m_pCodec, _pStream->codecpar) < 0) {
+        _strError = "cannot set up the video decoder";
+        return false;
+    }
+    m_pCodec->pkt_timebase = _pStream->time_base;
+    m_pCodec->thread_count = kDecoderThreads;
+    m_pCodec->thread_type = FF_THREAD_FRAME;
+    if (avcodec_open2(m_pCodec, pDecoder, nullptr) < 0) {
+        _strError = "cannot open the video decoder";
+        return false;
+    }
+    m_state.m_dTimeBase = av_q2d(_pStream->time_base);
+    m_i64NominalTicks = std::max<std::int64_t>(
+        1, static_cast<std::int64_t>(m_state.m_dFrameDuration / m_state.m_dTimeBase + 0.5));
+    // A first guess until real decoding tells: about 1.1 ns per pixel here.
+    m_dCostPerFrame = 1.1e-9 * std::max(1, m_pCodec->width) * std::max(1, m_pCodec->height);
+    return true;
+}
+
+int CLS_VideoDecoder::Width() const
+{
+    return m_pCodec ? m_pCodec->width : 0;
+}
+
+int CLS_VideoDecoder::Height() const
+{
+    return m_pCodec ? m_pCodec->height : 0;
+}
+
+bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacket*>& _vecAudio,
+                                   std::string& _strError)
+{
+    m_iSerial = m_state.m_iSerial.load();
+    AVPacket* pPacket = av_packet_alloc();
+    if (!pPacket) return false;
+    for (int i = 0; i < kMaxPacketsForFirst && m_frames.Count() == 0; ++i) {
+        const int iRet = _source.Read(pPacket);
+        if (iRet == AVERROR(EAGAIN)) continue;
+        if (iRet < 0) {
+            Feed(nullptr);
+            break;
+        }
+        if (pPacket->stream_index == _source.VideoIndex()) {
+            Feed(pPacket);
+            av_packet_unref(pPacket);
+        } else if (pPacket->stream_index == _source.AudioIndex()) {
+            _vecAudio.push_back(av_packet_clone(pPacket));
+            av_packet_unref(pPacket);
+        } else {
+            av_packet_unref(pPacket);
+        }
+    }
+    av_packet_free(&pPacket);
+    if (m_frames.Count() == 0) {
+        _strError = "no picture could be decoded";
+        return false;
+    }
+    return true;
+}
+
+void CLS_VideoDecoder::Start()
+{
+    m_thread = std::thread([this] { Run(); });
+}
+
+void CLS_VideoDecoder::Join()
+{
+    if (m_thread.joinable()) m_thread.join();
+}
+
+void CLS_VideoDecoder::BeginSerial(int _iSerial)
+{
+    avcodec_flush_buffers(m_pCodec);
+    m_iSerial = _iSerial;
+    m_stSeek = m_state.LatestSeek();
+    if (m_stSeek.m_iSerial != _iSerial) m_stSeek = ST_SeekRequest{};
+    m_blWaitKey = true;
+    m_iSkippedForKey = 0;
+    m_blFirstAfterSeek = true;
+    m_blCollected = false;
+    m_blHaveLast = false;
+    FreeVideoFrame(m_stHeld);
+}
+
+int CLS_VideoDecoder::DiscardLevel() const
+{
+    const double dSpeed = m_state.m_dSpeed.load();
+    if (dSpeed <= 1.0 || m_stSeek.m_i64Target != INT64_MIN) return 0;
+    const double dLoad = dSpeed / m_state.m_dFrameDuration * m_dCostPerFrame;
+    int iLevel = 0;
+    if (dLoad > kDecodeBudget) iLevel = dLoad * 0.5 > kDecodeBudget ? 2 : 1;
+    return std::min(2, std::max(iLevel, m_state.m_iLagLevel.load()));
+}
+
+void CLS_VideoDecoder::ApplyDiscard(int _iLevel)
+{
+    if (_iLevel == m_iLevel) return;
+    m_iLevel = _iLevel;
+    m_pCodec->skip_frame = _iLevel == 0   ? AVDISCARD_DEFAULT
+                           : _iLevel == 1 ? AVDISCARD_NONREF
+                                          : AVDISCARD_NONKEY;
+}
+
+void CLS_VideoDecoder::Run()
+{
+    CLS_PacketQueue::ST_Entry stEntry;
+    while (!m_state.m_blAbort.load()) {
+        if (!m_packets.Get(stEntry, std::chrono::milliseconds(50))) continue;
+        AVPacket* pPacket = stEntry.m_pPacket;
+        if (stEntry.m_iSerial != m_state.m_iSerial.load()) {
+            av_packet_free(&pPacket);
+            continue;
+        }
+        if (stEntry.m_iSerial != m_iSerial) BeginSerial(stEntry.m_iSerial);
+        if (!pPacket) {
+            FinishStream();
+            continue;
+        }
+        const bool blKey = (pPacket->flags & AV_PKT_FLAG_KEY) != 0;
+        if (m_blWaitKey && !blKey && ++m_iSkippedForKey < kMaxSkipForKey) {
+            av_packet_free(&pPacket);
+            continue;
+        }
+        m_blWaitKey = false;
+        ApplyDiscard(DiscardLevel());
+        if (m_iLevel == 2 && !blKey) {
+            av_packet_free(&pPacket);
+            continue;
+        }
+        Feed(pPacket);
+        av_packet_free(&pPacket);
+    }
+}
+
+void CLS_VideoDecoder::Feed(const AVPacket* _pPacket)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto tpStart = Clock::now();
+    int iFrames = 0;
+    int iRet = avcodec_send_packet(m_pCodec, _pPacket);
+    // A damaged packet is skipped; the stream goes on.
+    if (iRet < 0 && iRet != AVERROR(EAGAIN) && iRet != AVERROR_EOF && _pPacket) return;
+    while (true) {
+        iRet = avcodec_receive_frame(m_pCodec, m_pScratch);
+        if (iRet < 0) break;
+        ++iFrames;
+        AVFrame* pFrame = av_frame_alloc();
+        if (!pFrame) {
+            av_frame_unref(m_pScratch);
+            continue;
+        }
+        av_frame_move_ref(pFrame, m_pScratch);
+        if (m_iLevel == 0 && _pPacket) {
+            const double dSpent = std::chrono::duration<double>(Clock::now() - tpStart).count();
+            m_dCostPerFrame = 0.95 * m_dCostPerFrame + 0.05 * (dSpent / iFrames);
+        }
+        HandleFrame(pFrame);
+        if (m_state.m_blAbort.load()) break;
+    }
+}
+
+void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
+{
+    std::int64_t i64Pts = _pFrame->best_effort_timestamp;
+    if (i64Pts == AV_NOPTS_VALUE) i64Pts = _pFrame->pts;
+    if (i64Pts == AV_NOPTS_VALUE)
+        i64Pts = m_blHaveLast ? m_i64LastPts + m_i64NominalTicks
+                              : (m_blHaveFirst ? m_state.m_i64FirstPts : 0);
+    // Small steps backwards are broken stamps; keep the order we decoded in.
+    if (m_blHaveLast && i64Pts <= m_i64LastPts &&
+        static_cast<double>(m_i64LastPts - i64Pts) * m_state.m_dTimeBase < 1.0)
+        i64Pts = m_i64LastPts + 1;
+    m_blHaveLast = true;
+    m_i64LastPts = i64Pts;
+    if (!m_blHaveFirst) {
+        m_blHaveFirst = true;
+        m_state.m_i64FirstPts = i64Pts;
+    }
+
+    ST_VideoFrame stFrame;
+    stFrame.m_pFrame = _pFrame;
+    stFrame.m_iSerial = m_iSerial;
+    stFrame.m_llPts = i64Pts;
+    stFrame.m_dTime = m_state.TimeOf(i64Pts);
+    stFrame.m_dDuration = _pFrame->pkt_duration > 0
+                              ? static_cast<double>(_pFrame->pkt_duration) * m_state.m_dTimeBase
+                              : m_state.m_dFrameDuration;
+
+    const std::int64_t i64Target = m_stSeek.m_i64Target;
+    if (i64Target != INT64_MIN) {
+        if (m_blFirstAfterSeek && i64Pts > i64Target && !m_stSeek.m_blToStart) {
+            // Landed after the target (program streams seek by bisection and
+            // can overshoot): go further back and decode forward again.
+            ST_SeekRequest stRetry = m_stSeek;
+            ++stRetry.m_iBackoff;
+            const double dBack = static_cast<double>(1 << std::min(stRetry.m_iBackoff, 6));
+            stRetry.m_i64SeekPts =
+                i64Target - static_cast<std::int64_t>(dBack / m_state.m_dTimeBase);
+            if (stRetry.m_i64SeekPts <= m_state.m_i64FirstPts || stRetry.m_iBackoff > 6)
+                stRetry.m_blToStart = true;
+            m_state.RetrySeek(m_iSerial, stRetry);
+            FreeVideoFrame(stFrame);
+            return;
+        }
+        m_blFirstAfterSeek = false;
+        if (i64Pts <= i64Target) {
+            if (m_stHeld.m_pFrame) {
+                if (m_stSeek.m_blCollect) {
+                    m_cache.Append(m_stHeld, m_blCollected);
+                    m_blCollected = true;
+                }
+                FreeVideoFrame(m_stHeld);
+            }
+            m_stHeld = stFrame;
+            return;
+        }
+        m_stSeek.m_i64Target = INT64_MIN;
+        DeliverHeld();
+    }
+    m_blFirstAfterSeek = false;
+    Deliver(stFrame);
+}
+
+void CLS_VideoDecoder::Deliver(ST_VideoFrame& _stFrame)
+{
+    ST_VideoFrame stOut = _stFrame;
+    _stFrame = ST_VideoFrame{};
+    m_frames.Put(stOut);
+}
+
+void CLS_VideoDecoder::DeliverHeld()
+{
+    if (!m_stHeld.m_pFrame) return;
+    m_stHeld.m_blFollowsCache = m_stSeek.m_blCollect && m_blCollected;
+    Deliver(m_stHeld);
+}
+
+void CLS_VideoDecoder::FinishStream()
+{
+    Feed(nullptr);
+    DeliverHeld();
+    m_stSeek.m_i64Target = INT64_MIN;
+    ST_VideoFrame stEnd;
+    stEnd.m_iSerial = m_iSerial;
+    stEnd.m_llPts = m_i64LastPts;
+    m_frames.Put(stEnd);
+    avcodec_flush_buffers(m_pCodec);
+}
+
+}  // namespace RK_Framework::VideoPlayer

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "CLS_FrameQueue.h"
+#include "CLS_SessionState.h"
+
+struct AVCodecContext;
+struct AVFrame;
+struct AVPacket;
+struct AVStream;
+
+namespace RK_Framework::VideoPlayer {
+
+class CLS_MediaSource;
+class CLS_PacketQueue;
+class CLS_StepCache;
+
+// Turns video packets into timed pictures. After a seek it decodes from the
+// keyframe before the target and hands on only the picture shown at the
+// target (earlier ones go to the step cache when stepping back). At high
+// speed it decodes less so the pictures keep pace.
+class CLS_VideoDecoder
+{
+public:
+    CLS_VideoDecoder(CLS_SessionState& _state, CLS_PacketQueue& _packets, CLS_FrameQueue& _frames,
+                     CLS_StepCache& _cache);
+    ~CLS_VideoDecoder();
+    CLS_VideoDecoder(const CLS_VideoDecoder&) = delete;
+    CLS_VideoDecoder& operator=(const CLS_VideoDecoder&) = delete;
+
+    bool Open(AVStream* _pStream, std::string& _strError);
+    // Reads from _source until the first picture decodes (it goes to the
+    // frame queue and fixes the timeline's origin). Audio packets read on the
+    // way are handed back in _vecAudio (caller owns them).
+    bool DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacket*>& _vecAudio,
+                     std::string& _strError);
+    void Start();
+    void Join();
+
+    int Width() const;
+    int Height() const;
+
+private:
+    void Run();
+    void BeginSerial(int _iSerial);
+    // Sends one packet (null: drain) and handles every picture that comes out.
+    void Feed(const AVPacket* _pPacket);
+    void HandleFrame(AVFrame* _pFrame);
+    void Deliver(ST_VideoFrame& _stFrame);
+    void DeliverHeld();
+    void FinishStream();
+    int DiscardLevel() const;
+    void ApplyDiscard(int _iLevel);
+
+    CLS_SessionState& m_state;
+    CLS_PacketQueue& m_packets;
+    CLS_FrameQueue& m_frames;
+    CLS_StepCache& m_cache;
+    AVCodecContext* m_pCodec = nullptr;
+    AVFrame* m_pScratch = nullptr;
+    std::thread m_thread;
+
+    int m_iSerial = 0;
+    ST_SeekRequest m_stSeek;
+    bool m_blWaitKey = true;
+    int m_iSkippedForKey = 0;
+    bool m_blFirstAfterSeek = false;
+    bool m_blCollected = false;
+    ST_VideoFrame m_stHeld;
+    bool m_blHaveFirst = false;
+    bool m_blHaveLast = false;
+    std::int64_t m_i64LastPts = 0;
+    std::int64_t m_i64NominalTicks = 1;
+    int m_iLevel = 0;
+    // Seconds of decoder time per picture, learnt while decoding everything.
+    double m_dCostPerFrame = 0.0;
+};
+
+}  // namespace RK_Framework::VideoPlayer

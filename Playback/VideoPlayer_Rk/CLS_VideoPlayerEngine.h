@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "CLS_Player_Rk.h"
+
+struct AVFrame;
+
+namespace RK_Framework::VideoPlayer {
+
+class CLS_PlaybackSession;
+
+// The player the factory hands out: keeps what outlives one file (speed,
+// sound settings, the callback, the window) and one playback session.
+class CLS_VideoPlayerEngine : public CLS_Player_Rk
+{
+public:
+    using FrameObserver = std::function<void(const AVFrame*)>;
+
+    static constexpr int kNormalSpeedIndex = 4;
+    static constexpr int kMaxSpeedIndex = 8;
+
+    CLS_VideoPlayerEngine();
+    ~CLS_VideoPlayerEngine() override;
+
+    std::int64_t GetPlayHandle() override;
+    bool OpenFile(const std::string& _strPath) override;
+    void SetEventCallback(const ST_PlayerEventCallback* _pCallback) override;
+    void Init() override;
+    bool Stop() override;
+    bool Play(std::int64_t _i64PlayHandle) override;
+    bool Pause(bool _blPause) override;
+    int Fast() override;
+    int Slow() override;
+    bool SetPlayPos(int _iPercent) override;
+    bool SetVolume(std::int64_t _i64Volume) override;
+    bool OpenSound() override;
+    bool CloseSound() override;
+    int GetTotalTime() override;
+    int GetPlayedTime() override;
+    bool StepForward() override;
+    bool StepBack() override;
+    int SetDecryptKey(const char* _pKey, int _iLength) override;
+    int IsBusy() override;
+
+    // Called on the video thread with every picture put on screen (tests,
+    // benchmarks). Applies to this and later files.
+    void SetFrameObserver(FrameObserver _fnObserver);
+    int SpeedIndex() const { return m_iSpeedIndex; }
+    // Seconds from the first picture of the picture on screen; -1 when none.
+    double ShownTime() const;
+    std::uint64_t DroppedFrames() const;
+    std::uint64_t ShownFrames() const;
+    const std::string& LastError() const { return m_strLastError; }
+
+protected:
+    int DoNormalSpeed() override;
+
+private:
+    void ApplySpeed();
+    void Raise(int _iEvent);
+
+    std::unique_ptr<CLS_PlaybackSession> m_pSession;
+    std::int64_t m_i64PlayHandle = 0;
+    std::string m_strLastPath;
+    std::string m_strLastError;
+    int m_iSpeedIndex = kNormalSpeedIndex;
+    bool m_blSoundOn = true;
+    int m_iVolume = 50;
+
+    mutable std::mutex m_mutexCallback;
+    ST_PlayerEventCallback m_stCallback;
+    FrameObserver m_fnObserver;
+};
+
+}  // namespace RK_Framework::VideoPlayer

@@ -1,0 +1,345 @@
+#include "CLS_VideoPresenter.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "CLS_AudioOutput.h"
+#include "CLS_PlayClock.h"
+#include "CLS_SessionState.h"
+#include "CLS_StepCache.h"
+#include "output/IVideoOutput.h"
+
+extern "C" {
+#include <libavutil/frame.h>
+}
+
+namespace RK_Framework::VideoPlayer {
+
+namespace {
+using Clock = std::chrono::steady_clock;
+// Longest single sleep, so commands and pauses are picked up quickly.
+constexpr double kMaxSleep = 0.02;
+constexpr int kStepTimeoutMs = 4000;
+constexpr auto kRefreshInterval = std::chrono::milliseconds(250);
+// Wall seconds a picture may come late at high speed before decoding less.
+constexpr double kLagLimit = 0.25;
+}  // namespace
+
+CLS_VideoPresenter::CLS_VideoPresenter(CLS_SessionState& _state, CLS_FrameQueue& _frames,
+                                       CLS_StepCache& _cache, CLS_PlayClock& _clock,
+                                       CLS_AudioOutput& _audio)
+    : m_state(_state), m_frames(_frames), m_cache(_cache), m_clock(_clock), m_audio(_audio)
+{}
+
+CLS_VideoPresenter::~CLS_VideoPresenter()
+{
+    Join();
+    FreeVideoFrame(m_stShown);
+}
+
+void CLS_VideoPresenter::Start()
+{
+    m_thread = std::thread([this] { Run(); });
+}
+
+void CLS_VideoPresenter::Join()
+{
+    Wake();
+    if (m_thread.joinable()) m_thread.join();
+}
+
+void CLS_VideoPresenter::Wake()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_cvWake.notify_all();
+    m_cvDone.notify_all();
+}
+
+void CLS_VideoPresenter::SetOutput(std::unique_ptr<IVideoOutput> _pOutput)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_pPendingOutput = std::move(_pOutput);
+    m_blOutputPending = true;
+    m_cvWake.notify_all();
+}
+
+void CLS_VideoPresenter::ClearOutput()
+{
+    if (m_thread.joinable()) return;
+    if (m_pOutput) m_pOutput->Clear();
+    m_pOutput.reset();
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_pPendingOutput.reset();
+    m_blOutputPending = false;
+}
+
+void CLS_VideoPresenter::SetObserver(FrameObserver _fnObserver)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_fnObserver = std::move(_fnObserver);
+}
+
+void CLS_VideoPresenter::SetEndHandler(EndHandler _fnEnd)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_fnEnd = std::move(_fnEnd);
+}
+
+void CLS_VideoPresenter::SetRunning(bool _blRunning)
+{
+    m_blRunning = _blRunning;
+    Wake();
+}
+
+void CLS_VideoPresenter::SetPaused(bool _blPaused)
+{
+    m_blPaused = _blPaused;
+    Wake();
+}
+
+bool CLS_VideoPresenter::StepForward()
+{
+    return RunCommand(EM_Command::Forward);
+}
+
+bool CLS_VideoPresenter::StepBackFromCache()
+{
+    return RunCommand(EM_Command::BackCached);
+}
+
+bool CLS_VideoPresenter::RunCommand(EM_Command _eCommand)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (!m_thread.joinable()) return false;
+    m_eCommand = _eCommand;
+    m_blCommandDone = false;
+    m_cvWake.notify_all();
+    const bool blDone =
+        m_cvDone.wait_for(lock, std::chrono::milliseconds(kStepTimeoutMs + 1000),
+                          [this] { return m_blCommandDone || m_state.m_blAbort.load(); });
+    m_eCommand = EM_Command::None;
+    return blDone && m_blCommandDone && m_blCommandResult;
+}
+
+bool CLS_VideoPresenter::WaitForSerial(int _iSerial, int _iTimeoutMs)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_cvDone.wait_for(lock, std::chrono::milliseconds(_iTimeoutMs), [&] {
+        return m_iShownSerial.load() == _iSerial || m_state.m_blAbort.load();
+    }) && m_iShownSerial.load() == _iSerial;
+}
+
+double CLS_VideoPresenter::MasterTime()
+{
+    double dAudio = 0.0;
+    if (!m_blPaused.load() && m_state.m_dSpeed.load() == 1.0 && m_audio.MasterTime(dAudio)) {
+        m_clock.Set(dAudio);
+        return dAudio;
+    }
+    return m_clock.Get();
+}
+
+void CLS_VideoPresenter::IdleWait(double _dSeconds)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_cvWake.wait_for(lock, std::chrono::duration<double>(_dSeconds), [this] {
+        return m_eCommand != EM_Command::None || m_blOutputPending || m_state.m_blAbort.load();
+    });
+}
+
+void CLS_VideoPresenter::Show(ST_VideoFrame& _stFrame, bool _blFromQueue)
+{
+    if (_blFromQueue) {
+        if (m_blPaused.load()) {
+            const bool blFollows = _stFrame.m_iSerial == m_iShownSerial.load()
+                                       ? m_cache.IsNewest(m_llShownPts.load())
+                                       : _stFrame.m_blFollowsCache;
+            m_cache.Append(_stFrame, blFollows);
+        } else if (m_cache.Count() > 0) {
+            // Playing on: the stepping pictures are no longer worth the memory.
+            m_cache.Clear();
+        }
+    }
+    if (m_pOutput) m_pOutput->Show(_stFrame.m_pFrame);
+    FrameObserver fnObserver;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        fnObserver = m_fnObserver;
+    }
+    if (fnObserver) fnObserver(_stFrame.m_pFrame);
+    if (_stFrame.m_iSerial != m_iShownSerial.load()) m_blEndRaised = false;
+    FreeVideoFrame(m_stShown);
+    m_stShown = _stFrame;
+    _stFrame = ST_VideoFrame{};
+    m_tpLastRefresh = Clock::now();
+    ++m_u64Shown;
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_llShownPts = m_stShown.m_llPts;
+    m_dShownTime = m_stShown.m_dTime;
+    m_iShownSerial = m_stShown.m_iSerial;
+    m_cvDone.notify_all();
+}
+
+bool CLS_VideoPresenter::ForwardFromQueue()
+{
+    const auto tpGiveUp = Clock::now() + std::chrono::milliseconds(kStepTimeoutMs);
+    while (!m_state.m_blAbort.load() && Clock::now() < tpGiveUp) {
+        if (m_iEndSerial == m_state.m_iSerial.load()) return false;
+        ST_VideoFrame stHead;
+        if (!m_frames.Peek(stHead, std::chrono::milliseconds(20))) continue;
+        m_frames.Pop(stHead);
+        if (stHead.m_iSerial != m_state.m_iSerial.load()) {
+            FreeVideoFrame(stHead);
+            continue;
+        }
+        if (!stHead.m_pFrame) {
+            m_iEndSerial = stHead.m_iSerial;
+            return false;
+        }
+        Show(stHead, true);
+        m_clock.Set(m_stShown.m_dTime);
+        return true;
+    }
+    return false;
+}
+
+void CLS_VideoPresenter::CheckEnd()
+{
+    if (m_blEndRaised.load() || m_blPaused.load() || !m_stShown.m_pFrame) return;
+    const int iSerial = m_state.m_iSerial.load();
+    if (m_iEndSerial != iSerial || m_iShownSerial.load() != iSerial) return;
+    if (m_cache.Count() > 0 && !m_cache.IsNewest(m_stShown.m_llPts)) return;
+    // The last picture stays up for its own duration before the file is over.
+    if (MasterTime() < m_stShown.m_dTime + m_stShown.m_dDuration) return;
+    m_blEndRaised = true;
+    EndHandler fnEnd;
+    {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        fnEnd = m_fnEnd;
+    }
+    if (fnEnd) fnEnd();
+}
+
+void CLS_VideoPresenter::Run()
+{
+    m_tpLastLagRaise = Clock::now();
+    while (!m_state.m_blAbort.load()) {
+        EM_Command eCommand = EM_Command::None;
+        {
+            std::unique_lock<std::mutex> lock(m_mutex);
+            if (m_blOutputPending) {
+                m_pOutput = std::move(m_pPendingOutput);
+                m_blOutputPending = false;
+                lock.unlock();
+                if (m_pOutput && m_stShown.m_pFrame) m_pOutput->Show(m_stShown.m_pFrame);
+                lock.lock();
+            }
+            if (!m_blCommandDone) eCommand = m_eCommand;
+        }
+        if (eCommand != EM_Command::None) {
+            bool blResult = false;
+            if (eCommand == EM_Command::Forward) {
+                ST_VideoFrame stNext;
+                if (m_iShownSerial.load() == m_state.m_iSerial.load() &&
+                    m_cache.Next(m_stShown.m_llPts, stNext)) {
+                    Show(stNext, false);
+                    blResult = true;
+                } else {
+                    blResult = ForwardFromQueue();
+                }
+            } else {
+                ST_VideoFrame stPrevious;
+                if (m_iShownSerial.load() == m_state.m_iSerial.load() &&
+                    m_cache.Previous(m_stShown.m_llPts, stPrevious)) {
+                    Show(stPrevious, false);
+                    blResult = true;
+                }
+            }
+            if (blResult) m_clock.Set(m_stShown.m_dTime);
+            std::lock_guard<std::mutex> lock(m_mutex);
+            m_blCommandResult = blResult;
+            m_blCommandDone = true;
+            m_cvDone.notify_all();
+            continue;
+        }
+        if (!m_blRunning.load()) {
+            IdleWait(0.05);
+            continue;
+        }
+
+        // The next picture: one kept from stepping back, else the decoder's.
+        ST_VideoFrame stNext;
+        bool blFromCache = false;
+        const bool blCurrent = m_iShownSerial.load() == m_state.m_iSerial.load();
+        if (blCurrent && !m_blPaused.load() && m_cache.Next(m_stShown.m_llPts, stNext)) {
+            blFromCache = true;
+        } else if (!m_frames.Peek(stNext, std::chrono::milliseconds(10))) {
+            CheckEnd();
+            if (m_blPaused.load() || m_blEndRaised.load()) IdleWait(0.05);
+            continue;
+        }
+        if (!blFromCache) {
+            if (stNext.m_iSerial != m_state.m_iSerial.load()) {
+                if (m_frames.Pop(stNext)) FreeVideoFrame(stNext);
+                continue;
+            }
+            if (!stNext.m_pFrame) {
+                m_frames.Pop(stNext);
+                m_iEndSerial = stNext.m_iSerial;
+                continue;
+            }
+            if (stNext.m_iSerial != m_iShownSerial.load()) {
+                // A new position: show its picture at once, paused or not.
+                m_frames.Pop(stNext);
+                Show(stNext, true);
+                m_clock.Set(m_stShown.m_dTime);
+                continue;
+            }
+        }
+        if (m_blPaused.load()) {
+            if (blFromCache) FreeVideoFrame(stNext);
+            if (m_pOutput && Clock::now() - m_tpLastRefresh > kRefreshInterval) {
+                m_pOutput->Refresh();
+                m_tpLastRefresh = Clock::now();
+            }
+            IdleWait(0.05);
+            continue;
+        }
+
+        const double dSpeed = m_state.m_dSpeed.load();
+        double dMaster = MasterTime();
+        double dDiff = stNext.m_dTime - dMaster;
+        // Joined recordings jump in their stamps: carry on from the new time.
+        if (dDiff > std::max(2.0, 4.0 * m_state.m_dFrameDuration) * std::max(1.0, dSpeed) ||
+            stNext.m_dTime < m_stShown.m_dTime - 0.5) {
+            m_clock.Set(stNext.m_dTime);
+            dMaster = stNext.m_dTime;
+            dDiff = 0.0;
+        }
+        if (dDiff > 0.0) {
+            if (blFromCache) FreeVideoFrame(stNext);
+            IdleWait(std::min(dDiff / dSpeed, kMaxSleep));
+            continue;
+        }
+        if (!blFromCache) {
+            ST_VideoFrame stAfter;
+            if (m_frames.PeekNext(stAfter) && stAfter.m_pFrame &&
+                stAfter.m_iSerial == stNext.m_iSerial && stAfter.m_dTime <= dMaster) {
+                // Both are due: this one would only delay the next.
+                m_frames.Pop(stNext);
+                FreeVideoFrame(stNext);
+                if (dSpeed == 1.0) ++m_u64Dropped;
+                continue;
+            }
+            m_frames.Pop(stNext);
+        }
+        if (dSpeed > 1.0 && -dDiff / dSpeed > kLagLimit &&
+            Clock::now() - m_tpLastLagRaise > std::chrono::milliseconds(500)) {
+            m_state.m_iLagLevel = std::min(2, m_state.m_iLagLevel.load() + 1);
+            m_tpLastLagRaise = Clock::now();
+        }
+        Show(stNext, !blFromCache);
+    }
+}
+
+}  // namespace RK_Framework::VideoPlayer

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+
+#include "CLS_FrameQueue.h"
+
+namespace RK_Framework::VideoPlayer {
+
+class CLS_AudioOutput;
+class CLS_PlayClock;
+class CLS_SessionState;
+class CLS_StepCache;
+class IVideoOutput;
+
+// The video thread: shows each picture when the clock reaches it, drops
+// pictures only when the next one is due as well, carries out frame steps
+// and reports the end of the file once the last picture has had its time.
+class CLS_VideoPresenter
+{
+public:
+    using FrameObserver = std::function<void(const AVFrame*)>;
+    using EndHandler = std::function<void()>;
+
+    CLS_VideoPresenter(CLS_SessionState& _state, CLS_FrameQueue& _frames, CLS_StepCache& _cache,
+                       CLS_PlayClock& _clock, CLS_AudioOutput& _audio);
+    ~CLS_VideoPresenter();
+    CLS_VideoPresenter(const CLS_VideoPresenter&) = delete;
+    CLS_VideoPresenter& operator=(const CLS_VideoPresenter&) = delete;
+
+    void Start();
+    // The state's abort flag must be set first.
+    void Join();
+    void Wake();
+
+    // Replaces the output; the picture on screen is shown again in it.
+    void SetOutput(std::unique_ptr<IVideoOutput> _pOutput);
+    // Shows black in the output and releases it (after Join only).
+    void ClearOutput();
+    void SetObserver(FrameObserver _fnObserver);
+    void SetEndHandler(EndHandler _fnEnd);
+
+    // Nothing is shown before the first Play.
+    void SetRunning(bool _blRunning);
+    void SetPaused(bool _blPaused);
+    bool Paused() const { return m_blPaused.load(); }
+
+    // Shows the picture after the one on screen; false at the end.
+    bool StepForward();
+    // Shows the picture before the one on screen if the step cache has it.
+    bool StepBackFromCache();
+    // Waits until a picture of _iSerial is on screen.
+    bool WaitForSerial(int _iSerial, int _iTimeoutMs);
+
+    int ShownSerial() const { return m_iShownSerial.load(); }
+    long long ShownPts() const { return m_llShownPts.load(); }
+    double ShownTime() const { return m_dShownTime.load(); }
+    bool AtEnd() const { return m_blEndRaised.load(); }
+    std::uint64_t DroppedFrames() const { return m_u64Dropped.load(); }
+    std::uint64_t ShownFrames() const { return m_u64Shown.load(); }
+
+private:
+    enum class EM_Command { None, Forward, BackCached };
+
+    void Run();
+    bool RunCommand(EM_Command _eCommand);
+    bool ForwardFromQueue();
+    void Show(ST_VideoFrame& _stFrame, bool _blFromQueue);
+    void CheckEnd();
+    double MasterTime();
+    void IdleWait(double _dSeconds);
+
+    CLS_SessionState& m_state;
+    CLS_FrameQueue& m_frames;
+    CLS_StepCache& m_cache;
+    CLS_PlayClock& m_clock;
+    CLS_AudioOutput& m_audio;
+    std::thread m_thread;
+
+    std::mutex m_mutex;
+    std::condition_variable m_cvWake;
+    std::condition_variable m_cvDone;
+    EM_Command m_eCommand = EM_Command::None;
+    bool m_blCommandDone = false;
+    bool m_blCommandResult = false;
+    std::unique_ptr<IVideoOutput> m_pPendingOutput;
+    bool m_blOutputPending = false;
+    FrameObserver m_fnObserver;
+    EndHandler m_fnEnd;
+
+    // Presenter thread only.
+    std::unique_ptr<IVideoOutput> m_pOutput;
+    ST_VideoFrame m_stShown;
+    int m_iEndSerial = -1;
+    std::chrono::steady_clock::time_point m_tpLastRefresh;
+    std::chrono::steady_clock::time_point m_tpLastLagRaise;
+
+    std::atomic<bool> m_blRunning{false};
+    std::atomic<bool> m_blPaused{true};
+    std::atomic<int> m_iShownSerial{-1};
+    std::atomic<long long> m_llShownPts{0};
+    std::atomic<double> m_dShownTime{0.0};
+    std::atomic<bool> m_blEndRaised{false};
+    std::atomic<std::uint64_t> m_u64Dropped{0};
+    std::atomic<std::uint64_t> m_u64Shown{0};
+};
+
+}  // namespace RK_Framework::VideoPlayer
