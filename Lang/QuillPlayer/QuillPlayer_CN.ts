@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Quill 播放器</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>本地播放器</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>播放本机上保存的视频文件。</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>播放历史</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>该视频文件已不存在，是否从播放历史中删除？</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>视频文件不存在。</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>显示密码</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>隐藏密码</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>打开文件</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>上一帧</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>减速</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>播放/暂停</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>加速</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>下一帧</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>全屏</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>打开/关闭声音</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>播放历史</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>继续播放</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>窗体</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>时间</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>还原</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>关闭</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>打开视频</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>视频文件 </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>无法获取视频时长。</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>视频路径为空。</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>视频播放失败。</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>起始时间无效，将从头播放。</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>该视频不支持此功能。</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>加密视频</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>请输入该视频的密码。</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>解密失败</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>密码错误，是否重试？</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="cs" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Přehrávač Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Místní přehrávač</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Přehrává videosoubory uložené v tomto počítači.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulář</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>Historie přehrávání</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Upozornění</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>Videosoubor již neexistuje. Odebrat jej z historie přehrávání?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>Videosoubor neexistuje.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulář</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Zrušit</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Ano</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>Ne</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Zobrazit heslo</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Skrýt heslo</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulář</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulář</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Otevřít soubor</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Předchozí snímek</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Pomaleji</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Přehrát/pozastavit</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Zastavit</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Rychleji</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Další snímek</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Celá obrazovka</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Zapnout/vypnout zvuk</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>Historie přehrávání</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulář</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Pokračovat v přehrávání</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulář</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulář</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Čas</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Minimalizovat</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Maximalizovat</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Obnovit</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Zavřít</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Otevřít video</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Videosoubory </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Upozornění</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Nelze zjistit délku videa.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>Cesta k videu je prázdná.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Video se nepodařilo přehrát.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Neplatný čas začátku, přehrává se od začátku.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>Tato funkce není pro toto video k dispozici.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Šifrované video</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Zadejte heslo k tomuto videu.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Dešifrování se nezdařilo</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Nesprávné heslo. Zkusit znovu?</translation>
+    </message>
+</context>
+</TS>

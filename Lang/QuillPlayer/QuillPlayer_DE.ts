@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Quill-Player</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Lokale Wiedergabe</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Spielt auf diesem Computer gespeicherte Videodateien ab.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>Wiedergabeverlauf</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>Die Videodatei existiert nicht mehr. Aus dem Wiedergabeverlauf entfernen?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>Die Videodatei existiert nicht.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Passwort anzeigen</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Passwort verbergen</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Datei öffnen</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Vorheriges Bild</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Langsamer</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Wiedergabe/Pause</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Stopp</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Schneller</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Nächstes Bild</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Vollbild</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Ton ein/aus</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>Wiedergabeverlauf</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Wiedergabe fortsetzen</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formular</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Uhrzeit</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Minimieren</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Maximieren</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Video öffnen</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Videodateien </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Die Videodauer kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>Der Videopfad ist leer.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Das Video konnte nicht abgespielt werden.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Ungültige Startzeit, Wiedergabe von Anfang an.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>Diese Funktion ist für dieses Video nicht verfügbar.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Verschlüsseltes Video</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Geben Sie das Passwort für dieses Video ein.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Entschlüsselung fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Falsches Passwort. Erneut versuchen?</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="nl" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Quill-speler</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Lokale speler</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Speelt videobestanden af die op deze computer staan.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulier</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>Afspeelgeschiedenis</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Melding</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>Het videobestand bestaat niet meer. Uit de afspeelgeschiedenis verwijderen?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>Het videobestand bestaat niet.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulier</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Annuleren</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>Nee</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Wachtwoord tonen</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Wachtwoord verbergen</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulier</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulier</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Bestand openen</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Vorig beeld</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Langzamer</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Afspelen/pauzeren</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Stoppen</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Sneller</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Volgend beeld</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Volledig scherm</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Geluid aan/uit</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>Afspeelgeschiedenis</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulier</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Verder afspelen</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulier</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulier</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Tijd</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Minimaliseren</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Maximaliseren</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Herstellen</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Sluiten</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Video openen</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Videobestanden </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Melding</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Kan de videoduur niet lezen.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>Het videopad is leeg.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Video afspelen mislukt.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Ongeldige starttijd, afspelen vanaf het begin.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>Deze functie is niet beschikbaar voor deze video.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Versleutelde video</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Voer het wachtwoord voor deze video in.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Ontsleutelen mislukt</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Onjuist wachtwoord. Opnieuw proberen?</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Quill Player</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Local Player</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Plays video files stored on this computer.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>Play History</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>This video file no longer exists. Remove it from the history?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>The video file does not exist.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Show password</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Hide password</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Open file</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Previous frame</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Slower</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Play/Pause</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Stop</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Faster</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Next frame</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Full screen</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Sound on/off</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>Play history</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Resume playback</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Form</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Time</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Minimize</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Maximize</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Restore</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Close</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Open Video</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Video files </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Notice</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Cannot read the video length.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>The video path is empty.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Failed to play the video.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Invalid start time; playing from the beginning.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>This function is not available for this video.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Encrypted Video</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Enter the password for this video.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Decryption Failed</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Wrong password. Try again?</translation>
+    </message>
+</context>
+</TS>

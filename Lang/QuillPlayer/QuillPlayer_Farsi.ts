@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fa" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>پخش‌کننده Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>پخش‌کننده محلی</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>فایل‌های ویدیویی ذخیره‌شده در این رایانه را پخش می‌کند.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>فرم</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>سابقه پخش</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>توجه</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>این فایل ویدیویی دیگر وجود ندارد. از سابقه پخش حذف شود؟</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>فایل ویدیویی وجود ندارد.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>فرم</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>تأیید</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>لغو</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>بله</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>خیر</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>نمایش رمز عبور</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>پنهان کردن رمز عبور</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>فرم</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>فرم</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>باز کردن فایل</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>فریم قبلی</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>آهسته‌تر</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>پخش/مکث</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>توقف</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>سریع‌تر</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>فریم بعدی</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>تمام‌صفحه</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>روشن/خاموش کردن صدا</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>سابقه پخش</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>فرم</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>ادامه پخش</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>فرم</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>فرم</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>زمان</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>کوچک کردن</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>بزرگ کردن</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>بازگرداندن</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>بستن</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>باز کردن ویدیو</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>فایل‌های ویدیویی </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>توجه</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>خواندن مدت ویدیو ممکن نیست.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>مسیر ویدیو خالی است.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>پخش ویدیو ناموفق بود.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>زمان شروع نامعتبر است؛ پخش از ابتدا.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>این قابلیت برای این ویدیو در دسترس نیست.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>ویدیوی رمزگذاری‌شده</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>رمز عبور این ویدیو را وارد کنید.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>رمزگشایی ناموفق بود</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>رمز عبور اشتباه است. دوباره تلاش می‌کنید؟</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="he" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>נגן Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>נגן מקומי</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>מנגן קובצי וידאו השמורים במחשב זה.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>טופס</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>היסטוריית ניגון</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>הודעה</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>קובץ הווידאו כבר לא קיים. להסיר אותו מהיסטוריית הניגון?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>קובץ הווידאו אינו קיים.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>טופס</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>אישור</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>ביטול</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>כן</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>לא</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>הצגת הסיסמה</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>הסתרת הסיסמה</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>טופס</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>טופס</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>פתיחת קובץ</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>הפריים הקודם</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>לאט יותר</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>ניגון/השהיה</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>עצירה</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>מהר יותר</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>הפריים הבא</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>מסך מלא</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>הפעלה/השתקה של הקול</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>היסטוריית ניגון</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>טופס</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>המשך ניגון</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>טופס</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>טופס</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>שעה</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>מזעור</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>הגדלה</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>שחזור</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>סגירה</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>פתיחת וידאו</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>קובצי וידאו </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>הודעה</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>לא ניתן לקרוא את אורך הווידאו.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>נתיב הווידאו ריק.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>הפעלת הווידאו נכשלה.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>זמן ההתחלה אינו תקין, הניגון יתחיל מההתחלה.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>פונקציה זו אינה זמינה לווידאו זה.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>וידאו מוצפן</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>יש להזין את הסיסמה של וידאו זה.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>הפענוח נכשל</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>סיסמה שגויה. לנסות שוב?</translation>
+    </message>
+</context>
+</TS>

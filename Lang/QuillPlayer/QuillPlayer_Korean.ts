@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ko" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Quill 플레이어</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>로컬 플레이어</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>이 컴퓨터에 저장된 동영상 파일을 재생합니다.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>폼</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>재생 기록</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>알림</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>동영상 파일이 더 이상 없습니다. 재생 기록에서 삭제하시겠습니까?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>동영상 파일이 없습니다.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>폼</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>확인</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>취소</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>예</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>아니요</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>비밀번호 표시</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>비밀번호 숨기기</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>폼</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>폼</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>파일 열기</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>이전 프레임</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>느리게</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>재생/일시정지</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>정지</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>빠르게</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>다음 프레임</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>전체 화면</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>소리 켜기/끄기</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>재생 기록</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>폼</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>이어서 재생</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>폼</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>폼</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>시간</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>최소화</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>최대화</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>이전 크기로</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>닫기</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>동영상 열기</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>동영상 파일 </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>알림</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>동영상 길이를 읽을 수 없습니다.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>동영상 경로가 비어 있습니다.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>동영상을 재생하지 못했습니다.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>시작 시간이 잘못되어 처음부터 재생합니다.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>이 동영상에서는 사용할 수 없는 기능입니다.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>암호화된 동영상</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>이 동영상의 비밀번호를 입력하세요.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>복호화 실패</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>비밀번호가 틀렸습니다. 다시 시도하시겠습니까?</translation>
+    </message>
+</context>
+</TS>

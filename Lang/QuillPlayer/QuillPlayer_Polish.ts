@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="pl" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Odtwarzacz Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Odtwarzacz lokalny</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Odtwarza pliki wideo zapisane na tym komputerze.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Formularz</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>Historia odtwarzania</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Powiadomienie</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>Plik wideo już nie istnieje. Usunąć go z historii?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>Plik wideo nie istnieje.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Formularz</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Anuluj</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Tak</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>Nie</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Pokaż hasło</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Ukryj hasło</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formularz</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formularz</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Otwórz plik</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Poprzednia klatka</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Wolniej</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Odtwórz/Wstrzymaj</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Zatrzymaj</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Szybciej</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Następna klatka</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Pełny ekran</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Włącz/wyłącz dźwięk</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>Historia odtwarzania</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Formularz</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Wznów odtwarzanie</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Formularz</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formularz</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Godzina</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Minimalizuj</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Maksymalizuj</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Przywróć</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Zamknij</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Otwórz wideo</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Pliki wideo </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Powiadomienie</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Nie można odczytać długości wideo.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>Ścieżka wideo jest pusta.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Nie udało się odtworzyć wideo.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Nieprawidłowy czas początkowy, odtwarzanie od początku.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>Ta funkcja nie jest dostępna dla tego wideo.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Zaszyfrowane wideo</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Wprowadź hasło do tego wideo.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Odszyfrowanie nie powiodło się</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Nieprawidłowe hasło. Spróbować ponownie?</translation>
+    </message>
+</context>
+</TS>

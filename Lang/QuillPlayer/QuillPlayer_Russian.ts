@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Проигрыватель Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Локальный проигрыватель</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Воспроизводит видеофайлы, сохранённые на этом компьютере.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Форма</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>История воспроизведения</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Уведомление</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>Видеофайл больше не существует. Удалить его из истории?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>Видеофайл не существует.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Форма</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>ОК</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Отмена</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Да</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>Нет</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Показать пароль</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Скрыть пароль</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Форма</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Форма</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Открыть файл</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Предыдущий кадр</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Медленнее</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Воспроизведение/пауза</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Стоп</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Быстрее</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Следующий кадр</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Во весь экран</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Включить/выключить звук</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>История воспроизведения</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Форма</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Продолжить воспроизведение</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Форма</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Форма</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Время</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Свернуть</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Развернуть</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Восстановить</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Закрыть</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Открыть видео</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Видеофайлы </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Уведомление</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Не удалось определить длительность видео.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>Путь к видео не указан.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Не удалось воспроизвести видео.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Неверное время начала, воспроизведение с начала.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>Эта функция недоступна для этого видео.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Зашифрованное видео</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Введите пароль для этого видео.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Ошибка расшифровки</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Неверный пароль. Повторить?</translation>
+    </message>
+</context>
+</TS>

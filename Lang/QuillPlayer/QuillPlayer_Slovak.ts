@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="sk" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Prehrávač Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Miestny prehrávač</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Prehráva videosúbory uložené v tomto počítači.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulár</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>História prehrávania</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Upozornenie</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>Videosúbor už neexistuje. Odstrániť ho z histórie prehrávania?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>Videosúbor neexistuje.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulár</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Zrušiť</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Áno</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>Nie</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Zobraziť heslo</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Skryť heslo</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulár</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulár</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Otvoriť súbor</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Predchádzajúca snímka</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Pomalšie</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Prehrať/pozastaviť</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Zastaviť</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Rýchlejšie</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Ďalšia snímka</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Celá obrazovka</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Zapnúť/vypnúť zvuk</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>História prehrávania</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulár</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Pokračovať v prehrávaní</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulár</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Formulár</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Čas</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Minimalizovať</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Maximalizovať</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Obnoviť</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Zavrieť</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Otvoriť video</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Videosúbory </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Upozornenie</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Nedá sa zistiť dĺžka videa.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>Cesta k videu je prázdna.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Video sa nepodarilo prehrať.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Neplatný čas začiatku, prehráva sa od začiatku.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>Táto funkcia nie je pre toto video dostupná.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Šifrované video</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Zadajte heslo k tomuto videu.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Dešifrovanie zlyhalo</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Nesprávne heslo. Skúsiť znova?</translation>
+    </message>
+</context>
+</TS>

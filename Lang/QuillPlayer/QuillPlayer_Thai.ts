@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="th" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>โปรแกรมเล่น Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>เครื่องเล่นในเครื่อง</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>เล่นไฟล์วิดีโอที่เก็บไว้ในคอมพิวเตอร์เครื่องนี้</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>ฟอร์ม</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>ประวัติการเล่น</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>แจ้งเตือน</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>ไม่มีไฟล์วิดีโอนี้แล้ว ต้องการลบออกจากประวัติการเล่นหรือไม่</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>ไม่พบไฟล์วิดีโอ</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>ฟอร์ม</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>ตกลง</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>ยกเลิก</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>ใช่</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>ไม่ใช่</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>แสดงรหัสผ่าน</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>ซ่อนรหัสผ่าน</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>ฟอร์ม</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>ฟอร์ม</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>เปิดไฟล์</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>เฟรมก่อนหน้า</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>ช้าลง</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>เล่น/หยุดชั่วคราว</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>หยุด</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>เร็วขึ้น</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>เฟรมถัดไป</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>เต็มหน้าจอ</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>เปิด/ปิดเสียง</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>ประวัติการเล่น</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>ฟอร์ม</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>เล่นต่อ</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>ฟอร์ม</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>ฟอร์ม</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>เวลา</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>ย่อเล็กสุด</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>ขยายใหญ่สุด</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>คืนขนาดเดิม</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>ปิด</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>เปิดวิดีโอ</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>ไฟล์วิดีโอ </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>แจ้งเตือน</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>ไม่สามารถอ่านความยาวของวิดีโอได้</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>ไม่ได้ระบุตำแหน่งไฟล์วิดีโอ</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>เล่นวิดีโอไม่สำเร็จ</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>เวลาเริ่มต้นไม่ถูกต้อง จะเล่นตั้งแต่ต้น</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>ฟังก์ชันนี้ใช้กับวิดีโอนี้ไม่ได้</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>วิดีโอที่เข้ารหัส</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>กรุณาใส่รหัสผ่านของวิดีโอนี้</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>ถอดรหัสไม่สำเร็จ</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>รหัสผ่านไม่ถูกต้อง ลองอีกครั้งหรือไม่</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_TW" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Quill 播放器</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>本機播放器</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>播放本機上儲存的影片檔案。</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>表單</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>播放記錄</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>此影片檔案已不存在，是否從播放記錄中移除？</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>影片檔案不存在。</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>表單</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>確定</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>顯示密碼</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>隱藏密碼</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>表單</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>表單</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>開啟檔案</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>上一個影格</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>減速</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>播放/暫停</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>加速</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>下一個影格</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>全螢幕</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>開啟/關閉聲音</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>播放記錄</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>表單</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>繼續播放</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>表單</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>表單</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>時間</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>還原</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>關閉</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>開啟影片</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>影片檔案 </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>提示</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>無法取得影片長度。</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>影片路徑為空。</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>影片播放失敗。</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>起始時間無效，將從頭播放。</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>此影片不支援這項功能。</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>加密影片</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>請輸入此影片的密碼。</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>解密失敗</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>密碼錯誤，是否重試？</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,226 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="vi" sourcelanguage="en">
+<context>
+    <name>CLS_DlgQuillPlayer</name>
+    <message>
+        <source>QuillPlayer</source>
+        <translation>Trình phát Quill</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_ModuleBasic</name>
+    <message>
+        <source>ModuleName</source>
+        <translation>Trình phát cục bộ</translation>
+    </message>
+    <message>
+        <source>ModuleExplain</source>
+        <translation>Phát các tệp video lưu trên máy tính này.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtHistroyList</name>
+    <message>
+        <source>Form</source>
+        <translation>Biểu mẫu</translation>
+    </message>
+    <message>
+        <source>lab_history_playback</source>
+        <translation>Lịch sử phát</translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Thông báo</translation>
+    </message>
+    <message>
+        <source>msg_videopath_notexist</source>
+        <translation>Tệp video không còn tồn tại. Xóa khỏi lịch sử phát?</translation>
+    </message>
+    <message>
+        <source>msg_path_error</source>
+        <translation>Tệp video không tồn tại.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtMsgBox</name>
+    <message>
+        <source>Form</source>
+        <translation>Biểu mẫu</translation>
+    </message>
+    <message>
+        <source>btn_ok</source>
+        <translation>Đồng ý</translation>
+    </message>
+    <message>
+        <source>btn_cancel</source>
+        <translation>Hủy</translation>
+    </message>
+    <message>
+        <source>btn_yes</source>
+        <translation>Có</translation>
+    </message>
+    <message>
+        <source>btn_no</source>
+        <translation>Không</translation>
+    </message>
+    <message>
+        <source>btn_show_password</source>
+        <translation>Hiện mật khẩu</translation>
+    </message>
+    <message>
+        <source>btn_hide_password</source>
+        <translation>Ẩn mật khẩu</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayer7ToolboxBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Biểu mẫu</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerControlBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Biểu mẫu</translation>
+    </message>
+    <message>
+        <source>btn_open_file</source>
+        <translation>Mở tệp</translation>
+    </message>
+    <message>
+        <source>btn_frameback</source>
+        <translation>Khung hình trước</translation>
+    </message>
+    <message>
+        <source>btn_slow_forward</source>
+        <translation>Chậm hơn</translation>
+    </message>
+    <message>
+        <source>btn_play_pause</source>
+        <translation>Phát/Tạm dừng</translation>
+    </message>
+    <message>
+        <source>lab_stop</source>
+        <translation>Dừng</translation>
+    </message>
+    <message>
+        <source>btn_fast_forward</source>
+        <translation>Nhanh hơn</translation>
+    </message>
+    <message>
+        <source>btn_frame_progression</source>
+        <translation>Khung hình tiếp theo</translation>
+    </message>
+    <message>
+        <source>btn_full_screen</source>
+        <translation>Toàn màn hình</translation>
+    </message>
+    <message>
+        <source>lab_sound_on_off</source>
+        <translation>Bật/tắt âm thanh</translation>
+    </message>
+    <message>
+        <source>btn_history_table</source>
+        <translation>Lịch sử phát</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerListItem</name>
+    <message>
+        <source>Form</source>
+        <translation>Biểu mẫu</translation>
+    </message>
+    <message>
+        <source>btn_continuation</source>
+        <translation>Phát tiếp</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerMainBody</name>
+    <message>
+        <source>Form</source>
+        <translation>Biểu mẫu</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_WgtPlayerTopBar</name>
+    <message>
+        <source>Form</source>
+        <translation>Biểu mẫu</translation>
+    </message>
+    <message>
+        <source>time</source>
+        <translation>Thời gian</translation>
+    </message>
+    <message>
+        <source>btn_minimize</source>
+        <translation>Thu nhỏ</translation>
+    </message>
+    <message>
+        <source>btn_maximize</source>
+        <translation>Phóng to</translation>
+    </message>
+    <message>
+        <source>lab_recover</source>
+        <translation>Khôi phục</translation>
+    </message>
+    <message>
+        <source>btn_close_down</source>
+        <translation>Đóng</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>lab_open_video</source>
+        <translation>Mở video</translation>
+    </message>
+    <message>
+        <source>lab_video_format</source>
+        <translation>Tệp video </translation>
+    </message>
+    <message>
+        <source>lab_notice</source>
+        <translation>Thông báo</translation>
+    </message>
+    <message>
+        <source>lab_error_getvideotime</source>
+        <translation>Không đọc được thời lượng video.</translation>
+    </message>
+    <message>
+        <source>msg_path_not_exist</source>
+        <translation>Đường dẫn video trống.</translation>
+    </message>
+    <message>
+        <source>msg_failed_play_video</source>
+        <translation>Không phát được video.</translation>
+    </message>
+    <message>
+        <source>msg_setting_time_error</source>
+        <translation>Thời điểm bắt đầu không hợp lệ, phát lại từ đầu.</translation>
+    </message>
+    <message>
+        <source>msg_function_notallow</source>
+        <translation>Chức năng này không dùng được cho video này.</translation>
+    </message>
+    <message>
+        <source>msg_videodecrpt_notice</source>
+        <translation>Video được mã hóa</translation>
+    </message>
+    <message>
+        <source>msg_decrptinput_password</source>
+        <translation>Nhập mật khẩu của video này.</translation>
+    </message>
+    <message>
+        <source>msg_decrpte_notice</source>
+        <translation>Giải mã thất bại</translation>
+    </message>
+    <message>
+        <source>msg_videodecript_failed</source>
+        <translation>Sai mật khẩu. Thử lại?</translation>
+    </message>
+</context>
+</TS>
