@@ -1,0 +1,311 @@
+#include "CLS_WgtHistroyList.h"
+
+#include "CLS_ViewBasic.h"
+#include "CLS_WgtPlayer7ToolboxBar.h"
+#include "CLS_WgtPlayerListItem.h"
+#include "ModuleKoPlayerLog.h"
+#include "ui_CLS_WgtHistroyList.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QJsonParseError>
+#include <QListWidgetItem>
+#include <QSaveFile>
+#include <QSettings>
+#include <QUuid>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr int kMaxHistroyCount = 20;
+// QMessageBox::StandardButton values, as the message box module expects them.
+constexpr int kButtonOk = 0x00000400;
+constexpr int kButtonCancel = 0x00400000;
+
+const char* const kMsgBoxModule = "WgtMsgBox";
+const char* const kShowMessage = "ShowMessage";
+
+QString HistroyFilePath()
+{
+    // Resolved against the current directory at each use, on purpose: the host
+    // picks the working directory, and each one keeps its own history.
+    return QStringLiteral(".") + QStringLiteral("/HistroyInfo.json");
+}
+
+// Whole seconds only: a fraction is not a position this player ever wrote, so
+// it is not rounded into one.
+int ReadPosition(const QJsonValue& _jsonValue)
+{
+    if (!_jsonValue.isDouble()) return 0;
+    const double dValue = _jsonValue.toDouble();
+    if (std::floor(dValue) != dValue || dValue < std::numeric_limits<int>::min() ||
+        dValue > std::numeric_limits<int>::max())
+        return 0;
+    return static_cast<int>(dValue);
+}
+
+// Paths are kept as the player received them, Windows separators included.
+QString FileNameOf(const QString& _qstrPath)
+{
+    const int iSlash =
+        std::max(_qstrPath.lastIndexOf(QLatin1Char('/')), _qstrPath.lastIndexOf(QLatin1Char('\\')));
+    return _qstrPath.mid(iSlash + 1);
+}
+
+}  // namespace
+
+CLS_WgtHistroyList::CLS_WgtHistroyList(QWidget* _pParent)
+    : QWidget(_pParent), ui(new Ui::CLS_WgtHistroyList)
+{
+    ui->setupUi(this);
+    m_pSettings = new QSettings(QStringLiteral("LocalPlayHistory.ini"), QSettings::IniFormat, this);
+
+    m_pToolboxBar = new CLS_WgtPlayer7ToolboxBar(ui->widget_title);
+    m_pToolboxBar->SetText(tr("lab_history_playback"));
+    connect(m_pToolboxBar, &CLS_WgtPlayer7ToolboxBar::SignClicked, this,
+            &CLS_WgtHistroyList::SlotToolBarClicked, Qt::UniqueConnection);
+
+    InitHistroyLog();
+
+    const bool blLight = qApp && qApp->property("Skin").toInt() == 1;
+    const QString qstrQssPath =
+        QStringLiteral(".") +
+        (blLight ? QStringLiteral("/resource/skin/light/ModuleKoPlayer/qss/ModuleKoPlayer.qss")
+                 : QStringLiteral("/resource/skin/dark/ModuleKoPlayer/qss/ModuleKoPlayer.qss"));
+    auto* pTitleLayout = new QVBoxLayout(ui->widget_title);
+    pTitleLayout->setContentsMargins(0, 0, 0, 0);
+    pTitleLayout->setSpacing(0);
+    pTitleLayout->addWidget(m_pToolboxBar);
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint);
+    setContentsMargins(0, 0, 0, 0);
+    SetStyleSheetByFile(qstrQssPath);
+}
+
+CLS_WgtHistroyList::~CLS_WgtHistroyList()
+{
+    delete ui;
+}
+
+void CLS_WgtHistroyList::InitHistroyLog()
+{
+    QFile file(HistroyFilePath());
+    if (!file.open(QIODevice::ReadOnly)) return;
+    const QByteArray qbaContent = file.readAll();
+    file.close();
+
+    QJsonParseError jsonError;
+    const QJsonDocument jsonDoc = QJsonDocument::fromJson(qbaContent, &jsonError);
+    if (jsonError.error != QJsonParseError::NoError) return;
+
+    const QJsonObject jsonRoot = jsonDoc.object();
+    if (!jsonRoot.contains(QLatin1String("History"))) {
+        PLAYER_LOG(3) << "CLS_WgtHistroyList::InitHistroyLog  not Histroy";
+        return;
+    }
+
+    // No trimming here: a longer hand-made file is shown whole and only
+    // shortened by the next new entry.
+    const QJsonArray jsonHistory = jsonRoot.value(QLatin1String("History")).toArray();
+    for (const QJsonValue& jsonValue : jsonHistory) {
+        const QJsonObject jsonEntry = jsonValue.toObject();
+        const QString qstrPath = jsonEntry.value(QLatin1String("path")).toString();
+        m_mapHistroyPos.insert(qstrPath, ReadPosition(jsonEntry.value(QLatin1String("pos"))));
+        m_vecHistroyPath.append(qstrPath);
+    }
+    for (const QString& qstrPath : qAsConst(m_vecHistroyPath))
+        AddRow(qstrPath);
+}
+
+void CLS_WgtHistroyList::AddHistroy(const QString& _qstrPath, int _iPos)
+{
+    if (_qstrPath.isEmpty() || _iPos < 0) return;
+    if (!QFileInfo::exists(_qstrPath)) {
+        if (CLS_ViewBasic* pMsgBox = CreateMsgBox())
+            SendShowMessage(pMsgBox, tr("msg_path_error"), kButtonOk);
+        return;
+    }
+    if (!m_pSettings || _qstrPath == QString()) return;
+
+    if (m_mapHistroyPos.contains(_qstrPath)) {
+        m_vecHistroyPath.removeAll(_qstrPath);
+        m_vecHistroyPath.prepend(_qstrPath);
+        m_mapHistroyPos[_qstrPath] = _iPos;
+    } else {
+        // Keep room for the new entry: at most 19 old ones stay, the least
+        // recently played go.
+        const int iDropCount = m_vecHistroyPath.size() - (kMaxHistroyCount - 1);
+        for (int i = 0; i < iDropCount; ++i) {
+            const QString qstrLast = m_vecHistroyPath.last();
+            if (!qstrLast.isEmpty()) {
+                m_mapHistroyPos.remove(qstrLast);
+                m_vecHistroyPath.removeLast();
+            }
+        }
+        m_vecHistroyPath.prepend(_qstrPath);
+        m_mapHistroyPos.insert(_qstrPath, _iPos);
+    }
+    RebuildRows();
+    UpdateResult();
+}
+
+void CLS_WgtHistroyList::UpdateResult()
+{
+    QJsonArray jsonHistory;
+    for (const QString& qstrPath : qAsConst(m_vecHistroyPath)) {
+        auto it = m_mapHistroyPos.constFind(qstrPath);
+        if (it == m_mapHistroyPos.constEnd()) continue;
+        QJsonObject jsonEntry;
+        jsonEntry.insert(QLatin1String("path"), qstrPath);
+        jsonEntry.insert(QLatin1String("pos"), static_cast<qint64>(it.value()));
+        jsonHistory.append(jsonEntry);
+    }
+    QJsonObject jsonRoot;
+    jsonRoot.insert(QLatin1String("History"), jsonHistory);
+    const QByteArray qbaContent = QJsonDocument(jsonRoot).toJson(QJsonDocument::Indented);
+
+    // Written beside the old file and renamed over it: a crash or a full disk
+    // leaves the old history or the new one, never half of one.
+    QSaveFile file(HistroyFilePath());
+    if (file.open(QIODevice::WriteOnly) && file.write(qbaContent) == qbaContent.size() &&
+        file.commit()) {
+        PLAYER_LOG(1) << " Add Histroy Success!";
+        return;
+    }
+    const QString qstrReason = file.errorString();
+    file.cancelWriting();
+    PLAYER_LOG(3) << "CLS_WgtHistroyList::UpdateResult open File Erroe";
+    PLAYER_LOG(3) << "HistroyInfo.json not written: " << qstrReason;
+}
+
+void CLS_WgtHistroyList::RebuildRows()
+{
+    while (ui->listWidget->count() > 0)
+        delete ui->listWidget->takeItem(0);
+    for (const QString& qstrPath : qAsConst(m_vecHistroyPath))
+        AddRow(qstrPath);
+}
+
+void CLS_WgtHistroyList::AddRow(const QString& _qstrPath)
+{
+    auto* pItem = new QListWidgetItem(ui->listWidget);
+    auto* pRow = new CLS_WgtPlayerListItem(ui->listWidget);
+    pRow->SetFilePath(_qstrPath);
+    pRow->SetFileName(FileNameOf(_qstrPath));
+    connect(pRow, &CLS_WgtPlayerListItem::SignItemBtnClicked, this,
+            &CLS_WgtHistroyList::SlotItelBtnClicked, Qt::UniqueConnection);
+    connect(pRow, &CLS_WgtPlayerListItem::SignTextDoubleCliced, this,
+            &CLS_WgtHistroyList::SlotTextDoubleClicked);
+    pItem->setSizeHint(pRow->sizeHint());
+    ui->listWidget->setItemWidget(pItem, pRow);
+}
+
+void CLS_WgtHistroyList::SlotTextDoubleClicked(QString _qstrVideoPath, bool _blIsExit)
+{
+    try {
+        if (_qstrVideoPath.isEmpty()) return;
+        if (!_blIsExit) {
+            AskForgetMissingFile(_qstrVideoPath);
+            return;
+        }
+        // Unlike the button, a double-click plays again from the start.
+        if (m_mapHistroyPos.contains(_qstrVideoPath)) emit SignContinuePlay(_qstrVideoPath, 0);
+    } catch (...) {
+        PLAYER_LOG(3) << "SlotTextDoubleClicked Fail";
+    }
+}
+
+void CLS_WgtHistroyList::SlotItelBtnClicked(QString _qstrFilePath)
+{
+    try {
+        if (_qstrFilePath.isEmpty()) return;
+        if (!QFileInfo::exists(_qstrFilePath)) {
+            SlotTextDoubleClicked(_qstrFilePath, false);
+            return;
+        }
+        auto it = m_mapHistroyPos.find(_qstrFilePath);
+        if (it == m_mapHistroyPos.end()) it = m_mapHistroyPos.insert(_qstrFilePath, 0);
+        emit SignContinuePlay(_qstrFilePath, it.value());
+    } catch (...) {
+        PLAYER_LOG(3) << "SlotItelBtnClicked Fail";
+    }
+}
+
+void CLS_WgtHistroyList::SlotToolBarClicked(bool _blChecked)
+{
+    Q_UNUSED(_blChecked)
+    emit SignHideHistrouListWgt();
+}
+
+void CLS_WgtHistroyList::ForgetHistroy(const QString& _qstrPath)
+{
+    m_vecHistroyPath.removeAll(_qstrPath);
+    m_mapHistroyPos.remove(_qstrPath);
+    RebuildRows();
+    UpdateResult();
+}
+
+void CLS_WgtHistroyList::AskForgetMissingFile(const QString& _qstrPath)
+{
+    CLS_ViewBasic* pMsgBox = CreateMsgBox();
+    if (!pMsgBox) return;
+    // Bound to this panel: an answer that comes after the panel is gone is
+    // dropped with the connection.
+    connect(pMsgBox, &CLS_ViewBasic::SignRequestTaskRsulted, this,
+            [this, _qstrPath](QString _qstrBusinessKey, QVariantMap _qmapData, QString) {
+                try {
+                    if (_qstrBusinessKey != QLatin1String(kShowMessage)) return;
+                    if (_qmapData.value(QStringLiteral("type"), 0).toInt() != kButtonOk) return;
+                    ForgetHistroy(_qstrPath);
+                } catch (...) {
+                    PLAYER_LOG(3) << "forget history entry Fail";
+                }
+            });
+    SendShowMessage(pMsgBox, tr("msg_videopath_notexist"), kButtonOk | kButtonCancel);
+}
+
+CLS_ViewBasic* CLS_WgtHistroyList::CreateMsgBox()
+{
+    QWidget* pWidget = CLS_ViewBasic::GetWgtView(QLatin1String(kMsgBoxModule), QVariantMap());
+    auto* pMsgBox = dynamic_cast<CLS_ViewBasic*>(pWidget);
+    if (!pMsgBox) {
+        delete pWidget;
+        PLAYER_LOG(3) << "message box not available";
+    }
+    return pMsgBox;
+}
+
+void CLS_WgtHistroyList::SendShowMessage(CLS_ViewBasic* _pMsgBox, const QString& _qstrContent,
+                                         int _iButtons)
+{
+    QVariantMap qmapParam;
+    qmapParam.insert(QStringLiteral("parent"), 0);
+    qmapParam.insert(QStringLiteral("msgboxtype"), 0);
+    qmapParam.insert(QStringLiteral("title"), tr("lab_notice"));
+    qmapParam.insert(QStringLiteral("content"), _qstrContent);
+    qmapParam.insert(QStringLiteral("inputholder"), QString());
+    qmapParam.insert(QStringLiteral("defaultbutton"), kButtonOk);
+    qmapParam.insert(QStringLiteral("standbuttons"), _iButtons);
+    if (!_pMsgBox->TaskRequest(QLatin1String(kShowMessage), qmapParam,
+                               QUuid::createUuid().toString(QUuid::WithoutBraces)))
+        _pMsgBox->deleteLater();
+}
+
+void CLS_WgtHistroyList::SetStyleSheetByFile(const QString& _qstrPath)
+{
+    QFile file(_qstrPath);
+    if (file.open(QIODevice::ReadOnly)) {
+        setStyleSheet(QString::fromUtf8(file.readAll()));
+        PLAYER_LOG(1) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading finished";
+        file.close();
+    } else {
+        PLAYER_LOG(3) << "SetStyleSheetByFile Loading Failed,Path = " << _qstrPath;
+    }
+}
