@@ -70,7 +70,8 @@ void CLS_ModuleBasic::TaskRequest(const QString& _qstrBusinessKey, const QVarian
 {
     try {
         KOLOG(0, GetModuleCode()) << "_qstrBusinessKey:[" << _qstrBusinessKey << "] _qmapParam:["
-                                  << _qmapParam << "] _qstrBusinessUUID:[" << _qstrBusinessUUID << "]";
+                                  << _qmapParam << "] _qstrBusinessUUID:[" << _qstrBusinessUUID
+                                  << "]";
         QMutexLocker locker(&m_mutexModule);
         // The closure owns copies: the caller may change its own at once.
         auto task = [this, qstrKey = _qstrBusinessKey, qmapParam = _qmapParam,
@@ -88,19 +89,18 @@ void CLS_ModuleBasic::RunTask(const QString& _qstrBusinessKey, const QVariantMap
 {
     try {
         CLS_BusinessHandler* pHandler = GetBusinessHandler(_qmapParam);
-        if (!pHandler)
-            return;
+        if (!pHandler) return;
 
         QVariantMap qmapResult;
         const bool blHandled = pHandler->Handle(_qstrBusinessKey, _qmapParam, qmapResult);
-        KOLOG(1, GetModuleCode()) << "handle " << blHandled << " key:[" << _qstrBusinessKey << "] param:["
-                                  << _qmapParam << "] result:[" << qmapResult << "]";
+        KOLOG(1, GetModuleCode()) << "handle " << blHandled << " key:[" << _qstrBusinessKey
+                                  << "] param:[" << _qmapParam << "] result:[" << qmapResult << "]";
 
         qmapResult[ModuleKeys::kResult] = blHandled ? ModuleKeys::kSuccess : ModuleKeys::kFail;
         if (!blHandled) {
-            KOLOG(3, GetModuleCode()) << "key:[" << _qstrBusinessKey << "] param:[" << _qmapParam
-                                      << "] UUID:[" << _qstrBusinessUUID << "] result:[" << qmapResult
-                                      << "]";
+            KOLOG(3, GetModuleCode())
+                << "key:[" << _qstrBusinessKey << "] param:[" << _qmapParam << "] UUID:["
+                << _qstrBusinessUUID << "] result:[" << qmapResult << "]";
         }
         emit SignHandlerRsulted(_qstrBusinessKey, qmapResult, _qstrBusinessUUID);
     } catch (const std::exception& e) {

@@ -32,7 +32,8 @@ public:
     virtual QWidget* CreateModuleWgt(const QVariantMap& _qmapParam) = 0;
 
 signals:
-    void SignHandlerRsulted(QString _qstrBusinessKey, QVariantMap _qmapParam, QString _qstrBusinessUUID);
+    void SignHandlerRsulted(QString _qstrBusinessKey, QVariantMap _qmapParam,
+                            QString _qstrBusinessUUID);
 
 private:
     void RunTask(const QString& _qstrBusinessKey, const QVariantMap& _qmapParam,

@@ -27,7 +27,8 @@ void CLS_PresenterBasic::TaskRequest(const QString& _qstrBusinessKey, const QVar
 {
     try {
         KOLOG(0, GetModuleCode()) << "_qstrBusinessKey:[" << _qstrBusinessKey << "] _qmapParam:["
-                                  << _qmapParam << "] _qstrBusinessUUID:[" << _qstrBusinessUUID << "]";
+                                  << _qmapParam << "] _qstrBusinessUUID:[" << _qstrBusinessUUID
+                                  << "]";
         auto task = [this, qstrKey = _qstrBusinessKey, qmapParam = _qmapParam,
                      qstrUUID = _qstrBusinessUUID]() { RunTask(qstrKey, qmapParam, qstrUUID); };
         KoService::AddTmpTask(task, this, KO_TASK_TAG("CLS_PresenterBasic::TaskRequest"));
@@ -44,8 +45,8 @@ void CLS_PresenterBasic::RunTask(const QString& _qstrBusinessKey, const QVariant
     try {
         QVariantMap qmapResult;
         const bool blHandled = HandleRequest(_qstrBusinessKey, _qmapParam, qmapResult);
-        KOLOG(1, GetModuleCode()) << "handle " << blHandled << " key:[" << _qstrBusinessKey << "] result:["
-                                  << qmapResult << "]";
+        KOLOG(1, GetModuleCode()) << "handle " << blHandled << " key:[" << _qstrBusinessKey
+                                  << "] result:[" << qmapResult << "]";
         if (_qmapParam.contains(ModuleKeys::kObject))
             qmapResult[ModuleKeys::kObject] = _qmapParam.value(ModuleKeys::kObject);
         emit SignTaskResult(_qstrBusinessKey, qmapResult, _qstrBusinessUUID);

@@ -23,7 +23,8 @@ public:
 
 signals:
     void SignInitEd();
-    void SignTaskResult(QString _qstrBusinessKey, QVariantMap _qmapParam, QString _qstrBusinessUUID);
+    void SignTaskResult(QString _qstrBusinessKey, QVariantMap _qmapParam,
+                        QString _qstrBusinessUUID);
 
 protected:
     virtual bool HandleRequest(const QString& _qstrBusinessKey, const QVariantMap& _qmapParam,

@@ -43,10 +43,12 @@ public:
                                    const QString& _qstrBusinessUUID);
 
 signals:
-    void SignRequestTaskRsulted(QString _qstrBusinessKey, QVariantMap _qmapData, QString _qstrBusinessUUID);
+    void SignRequestTaskRsulted(QString _qstrBusinessKey, QVariantMap _qmapData,
+                                QString _qstrBusinessUUID);
 
 protected slots:
-    void CallTaskHandler(QString _qstrBusinessKey, QVariantMap _qmapParam, QString _qstrBusinessUUID);
+    void CallTaskHandler(QString _qstrBusinessKey, QVariantMap _qmapParam,
+                         QString _qstrBusinessUUID);
     // Loads the view's initial data. Runs on a task pool worker thread once the
     // view is first shown, only for views with a presenter: it must not touch
     // widgets (send the presenter a request instead).

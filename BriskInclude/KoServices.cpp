@@ -18,9 +18,9 @@ class ServiceLibrary
 {
 public:
     ServiceLibrary(const char* _pBaseName, std::vector<std::string> _vecNames)
-        : m_strFileName(BriskPlatform::LibraryFileName(_pBaseName)), m_vecNames(std::move(_vecNames))
-    {
-    }
+        : m_strFileName(BriskPlatform::LibraryFileName(_pBaseName)),
+          m_vecNames(std::move(_vecNames))
+    {}
 
     void* Find(const std::string& _strName, const std::string& _strDirectory)
     {
@@ -31,8 +31,7 @@ public:
 
         std::lock_guard<std::mutex> lock(m_mutex);
         auto it = m_mapFunctions.find(_strName);
-        if (it != m_mapFunctions.end())
-            return it->second;
+        if (it != m_mapFunctions.end()) return it->second;
 
         const std::string strPath =
             _strDirectory.empty() ? m_strFileName : _strDirectory + "/" + m_strFileName;
@@ -52,23 +51,25 @@ private:
 
 ServiceLibrary& KoLogLibrary()
 {
-    static ServiceLibrary s_library(KoLogApi::kLibraryName,
-                                    {"Init", "SetLoggerConfig", "SetLoggerConfigAll", "PrintLog", "UnInit"});
+    static ServiceLibrary s_library(
+        KoLogApi::kLibraryName,
+        {"Init", "SetLoggerConfig", "SetLoggerConfigAll", "PrintLog", "UnInit"});
     return s_library;
 }
 
 ServiceLibrary& KoParamLibrary()
 {
-    static ServiceLibrary s_library(KoParamApi::kLibraryName,
-                                    {"Init", "IsInit", "SetParam", "GetParam", "DeleteParam", "UnInit"});
+    static ServiceLibrary s_library(
+        KoParamApi::kLibraryName,
+        {"Init", "IsInit", "SetParam", "GetParam", "DeleteParam", "UnInit"});
     return s_library;
 }
 
 ServiceLibrary& KoTaskPoolLibrary()
 {
     static ServiceLibrary s_library(KoTaskPoolApi::kLibraryName,
-                                    {"AddTmpTask", "RemoveTmpTask", "AddLoopTask", "RemoveTask", "KillTask",
-                                     "KillTaskAll", "UnInit"});
+                                    {"AddTmpTask", "RemoveTmpTask", "AddLoopTask", "RemoveTask",
+                                     "KillTask", "KillTaskAll", "UnInit"});
     return s_library;
 }
 
@@ -134,7 +135,8 @@ std::string GetParam(const std::string& _strSection, const std::string& _strKey,
     return {};
 }
 
-bool SetParam(const std::string& _strSection, const std::string& _strKey, const std::string& _strValue)
+bool SetParam(const std::string& _strSection, const std::string& _strKey,
+              const std::string& _strValue)
 {
     if (auto pfn = As<KoParamApi::SetParamFn>(GetKoParamFunc("SetParam")))
         return pfn(_strSection, _strKey, _strValue);

@@ -40,8 +40,7 @@ std::map<std::string, void*> LoadDll(const std::string& _strPath,
         std::cout << "load dll - " << _strPath << std::endl;
         LoadedLibrary loaded;
         loaded.hLibrary = BriskPlatform::OpenLibrary(_strPath);
-        if (!loaded.hLibrary)
-            loaded.strError = BriskPlatform::LastErrorText();
+        if (!loaded.hLibrary) loaded.strError = BriskPlatform::LastErrorText();
         it = cache.mapLibraries.emplace(_strPath, std::move(loaded)).first;
     }
 

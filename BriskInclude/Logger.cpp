@@ -9,18 +9,22 @@
 
 namespace Logger {
 
-LogMessageStream::LogMessageStream(std::uint32_t _uiLevel, const char* _pChannel, const char* _pFile,
-                                   std::uint32_t _uiLine, const char* _pFunction)
-    : m_pFile(_pFile), m_pChannel(_pChannel), m_pFunction(_pFunction), m_uiLine(_uiLine), m_uiLevel(_uiLevel)
-{
-}
+LogMessageStream::LogMessageStream(std::uint32_t _uiLevel, const char* _pChannel,
+                                   const char* _pFile, std::uint32_t _uiLine,
+                                   const char* _pFunction)
+    : m_pFile(_pFile),
+      m_pChannel(_pChannel),
+      m_pFunction(_pFunction),
+      m_uiLine(_uiLine),
+      m_uiLevel(_uiLevel)
+{}
 
 LogMessageStream::~LogMessageStream()
 {
     try {
         const std::string strFunction = QualifiedFunctionName(m_pFunction);
-        KoService::PrintLog(m_uiLevel, m_pChannel ? m_pChannel : "", m_pFile ? m_pFile : "", m_uiLine,
-                            strFunction.c_str(), str());
+        KoService::PrintLog(m_uiLevel, m_pChannel ? m_pChannel : "", m_pFile ? m_pFile : "",
+                            m_uiLine, strFunction.c_str(), str());
     } catch (...) {
         // A log line is never worth an exception out of a destructor.
     }
@@ -28,8 +32,7 @@ LogMessageStream::~LogMessageStream()
 
 std::string QualifiedFunctionName(const char* _pSignature)
 {
-    if (!_pSignature)
-        return {};
+    if (!_pSignature) return {};
     const std::string strSignature(_pSignature);
 
     // The name ends at the first "(" outside template brackets that is not the
@@ -41,8 +44,7 @@ std::string QualifiedFunctionName(const char* _pSignature)
         if (ch == '<') {
             ++iDepth;
         } else if (ch == '>') {
-            if (iDepth > 0 && !(i > 0 && strSignature[i - 1] == '-'))
-                --iDepth;
+            if (iDepth > 0 && !(i > 0 && strSignature[i - 1] == '-')) --iDepth;
         } else if (ch == '(' && iDepth == 0) {
             if (i >= 8 && strSignature.compare(i - 8, 8, "operator") == 0 &&
                 strSignature.compare(i, 2, "()") == 0) {
@@ -53,8 +55,7 @@ std::string QualifiedFunctionName(const char* _pSignature)
             break;
         }
     }
-    if (uiOpen == std::string::npos)
-        return strSignature;
+    if (uiOpen == std::string::npos) return strSignature;
 
     // It starts after the last blank outside template brackets before it (the
     // return type and specifiers come first).
@@ -65,8 +66,7 @@ std::string QualifiedFunctionName(const char* _pSignature)
         if (ch == '>') {
             ++iDepth;
         } else if (ch == '<') {
-            if (iDepth > 0)
-                --iDepth;
+            if (iDepth > 0) --iDepth;
         } else if (ch == ' ' && iDepth == 0) {
             uiStart = i + 1;
             break;

@@ -56,5 +56,6 @@ std::ostream& operator<<(std::ostream& _os, const QVariantMap& _qmapValue);
 
 // One log statement: level (0 trace, 1 outcome, 3 error), channel (the module
 // code), and the caller's own file, line and function.
-#define KOLOG(level, channel) \
-    ::Logger::LogMessageStream((level), (channel), __FILE__, __LINE__, KO_FUNCTION_SIGNATURE).Stream()
+#define KOLOG(level, channel)                                                                 \
+    ::Logger::LogMessageStream((level), (channel), __FILE__, __LINE__, KO_FUNCTION_SIGNATURE) \
+        .Stream()

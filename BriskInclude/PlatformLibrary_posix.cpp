@@ -20,19 +20,16 @@ LibraryHandle OpenLibrary(const std::string& _strUtf8Path)
 {
     // POSIX paths are bytes: a UTF-8 path needs no conversion.
     void* hLibrary = dlopen(_strUtf8Path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!hLibrary)
-        RememberError();
+    if (!hLibrary) RememberError();
     return hLibrary;
 }
 
 void* FindSymbol(LibraryHandle _hLibrary, const char* _pName)
 {
-    if (!_hLibrary || !_pName)
-        return nullptr;
+    if (!_hLibrary || !_pName) return nullptr;
     dlerror();
     void* pSymbol = dlsym(_hLibrary, _pName);
-    if (!pSymbol)
-        RememberError();
+    if (!pSymbol) RememberError();
     return pSymbol;
 }
 

@@ -19,8 +19,7 @@ LibraryHandle OpenLibrary(const std::string& _strUtf8Path)
 
 void* FindSymbol(LibraryHandle _hLibrary, const char* _pName)
 {
-    if (!_hLibrary || !_pName)
-        return nullptr;
+    if (!_hLibrary || !_pName) return nullptr;
     return reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(_hLibrary), _pName));
 }
 

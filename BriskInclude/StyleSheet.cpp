@@ -27,7 +27,8 @@ StyleCache& Cache()
 
 QString SkinName()
 {
-    const QString qstrSkin = QString::fromStdString(KoService::GetParam("SystemConfig", "skin", "dark"));
+    const QString qstrSkin =
+        QString::fromStdString(KoService::GetParam("SystemConfig", "skin", "dark"));
     return qstrSkin.isEmpty() ? QStringLiteral("dark") : qstrSkin;
 }
 
@@ -44,8 +45,7 @@ double ScaleFactor(StyleCache& _cache)
 QString ReadAll(const QString& _qstrPath)
 {
     QFile file(_qstrPath);
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
+    if (!file.open(QIODevice::ReadOnly)) return {};
     return QString::fromUtf8(file.readAll());
 }
 
@@ -53,16 +53,17 @@ QString ReadAll(const QString& _qstrPath)
 
 QString NormaliseModuleName(const QString& _qstrModuleName)
 {
-    if (_qstrModuleName.startsWith(QLatin1String("Wgt")) || _qstrModuleName.startsWith(QLatin1String("Module")) ||
+    if (_qstrModuleName.startsWith(QLatin1String("Wgt")) ||
+        _qstrModuleName.startsWith(QLatin1String("Module")) ||
         _qstrModuleName.startsWith(QLatin1String("Ko")))
         return _qstrModuleName;
     return QStringLiteral("Module%1").arg(_qstrModuleName);
 }
 
-bool GetQssFilePath(const QString& _qstrModuleName, const QString& _qstrFileName, QString& _qstrPath)
+bool GetQssFilePath(const QString& _qstrModuleName, const QString& _qstrFileName,
+                    QString& _qstrPath)
 {
-    if (_qstrModuleName.isEmpty() || _qstrFileName.isEmpty())
-        return false;
+    if (_qstrModuleName.isEmpty() || _qstrFileName.isEmpty()) return false;
 
     const QString qstrBase = QStringLiteral("%1/resource/skin/%2/%3/qss/%4")
                                  .arg(kSkinRoot, SkinName(), _qstrModuleName, _qstrFileName);
@@ -75,12 +76,11 @@ bool GetQssFilePath(const QString& _qstrModuleName, const QString& _qstrFileName
 
     QString qstrResult;
     if (dFactor > 1.0) {
-        const QString qstrCandidate = QStringLiteral("%1_%2K.qss").arg(qstrBase, QString::number(dFactor * 2, 'g'));
-        if (QFile::exists(qstrCandidate))
-            qstrResult = qstrCandidate;
+        const QString qstrCandidate =
+            QStringLiteral("%1_%2K.qss").arg(qstrBase, QString::number(dFactor * 2, 'g'));
+        if (QFile::exists(qstrCandidate)) qstrResult = qstrCandidate;
     }
-    if (qstrResult.isEmpty())
-        qstrResult = qstrBase + QStringLiteral(".qss");
+    if (qstrResult.isEmpty()) qstrResult = qstrBase + QStringLiteral(".qss");
 
     _qstrPath = qstrResult;
     return QFile::exists(qstrResult);
@@ -97,8 +97,10 @@ QString GetModuleStyleSheet(const QString& _qstrModuleName, const QString& _qstr
         qstrShared = cache.qstrShared;
     }
     if (qstrShared.isEmpty()) {
-        const QString qstrFolder = QStringLiteral("%1/resource/skin/%2/Common").arg(kSkinRoot, SkinName());
-        const QStringList qlstEntries = QDir(qstrFolder).entryList({QStringLiteral("*.qss")}, QDir::Files, QDir::Name);
+        const QString qstrFolder =
+            QStringLiteral("%1/resource/skin/%2/Common").arg(kSkinRoot, SkinName());
+        const QStringList qlstEntries =
+            QDir(qstrFolder).entryList({QStringLiteral("*.qss")}, QDir::Files, QDir::Name);
         for (const QString& qstrEntry : qlstEntries)
             qstrShared += ReadAll(qstrFolder + QLatin1Char('/') + qstrEntry);
         if (!qstrShared.isEmpty()) {
@@ -112,8 +114,7 @@ QString GetModuleStyleSheet(const QString& _qstrModuleName, const QString& _qstr
     {
         QMutexLocker locker(&cache.mutex);
         auto it = cache.hashModuleFiles.constFind(qstrKey);
-        if (it != cache.hashModuleFiles.constEnd())
-            return qstrShared + it.value();
+        if (it != cache.hashModuleFiles.constEnd()) return qstrShared + it.value();
     }
     QString qstrPath;
     GetQssFilePath(qstrModule, qstrFile, qstrPath);

@@ -13,7 +13,8 @@ QString NormaliseModuleName(const QString& _qstrModuleName);
 // ("<name>_3K.qss" at QT_SCALE_FACTOR 1.5) when the display is scaled and the
 // variant exists. False when either name is empty (path untouched) or the file
 // does not exist (path set).
-bool GetQssFilePath(const QString& _qstrModuleName, const QString& _qstrFileName, QString& _qstrPath);
+bool GetQssFilePath(const QString& _qstrModuleName, const QString& _qstrFileName,
+                    QString& _qstrPath);
 
 // The skin's shared style text followed by the module file's text. A missing
 // file gives an empty part.

@@ -13,7 +13,8 @@ function(quill_add_qtest name)
   target_link_libraries(${name} PRIVATE Quill::config Qt5::Test quill_testsupport ${ARG_LIBRARIES})
   set_target_properties(${name} PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY "${QUILL_TEST_DIR}"
-    BUILD_RPATH "${QUILL_BIN_DIR}")
+    BUILD_RPATH "${QUILL_BIN_DIR}"
+    INSTALL_RPATH "${QUILL_BIN_DIR}")
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()

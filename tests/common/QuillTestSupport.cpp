@@ -58,8 +58,7 @@ bool ScopedWorkDir::WriteFile(const QString& _qstrRelative, const QByteArray& _q
     const QString qstrTarget = FilePath(_qstrRelative);
     QDir().mkpath(QFileInfo(qstrTarget).absolutePath());
     QFile file(qstrTarget);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
     return file.write(_qbaContent) == _qbaContent.size();
 }
 
@@ -69,11 +68,9 @@ int RunProgram(const QString& _qstrProgram, const QStringList& _qlstArgs, QByteA
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(_qstrProgram, _qlstArgs);
-    if (!process.waitForStarted(10000))
-        return -1;
+    if (!process.waitForStarted(10000)) return -1;
     const bool blFinished = process.waitForFinished(_iTimeoutMs);
-    if (_pOutput)
-        *_pOutput = process.readAll();
+    if (_pOutput) *_pOutput = process.readAll();
     if (!blFinished) {
         process.kill();
         process.waitForFinished(5000);

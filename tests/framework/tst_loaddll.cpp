@@ -1,0 +1,180 @@
+// The run-time loader: its console lines, its caching and the per-service
+// function tables.
+#include "KoServices.h"
+#include "LoadDll.h"
+#include "PlatformLibrary.h"
+#include "QuillTestSupport.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <iostream>
+#include <sstream>
+
+namespace {
+
+// Captures what the loader writes to standard output and standard error.
+class ConsoleCapture
+{
+public:
+    ConsoleCapture()
+        : m_pOut(std::cout.rdbuf(m_ossOut.rdbuf())), m_pErr(std::cerr.rdbuf(m_ossErr.rdbuf()))
+    {}
+    ~ConsoleCapture()
+    {
+        std::cout.rdbuf(m_pOut);
+        std::cerr.rdbuf(m_pErr);
+    }
+    QStringList Out() const { return Lines(m_ossOut); }
+    QStringList Err() const { return Lines(m_ossErr); }
+
+private:
+    static QStringList Lines(const std::ostringstream& _oss)
+    {
+        return QString::fromStdString(_oss.str()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    }
+    std::ostringstream m_ossOut;
+    std::ostringstream m_ossErr;
+    std::streambuf* m_pOut;
+    std::streambuf* m_pErr;
+};
+
+}  // namespace
+
+class TestLoadDll : public QObject
+{
+    Q_OBJECT
+private slots:
+    void mapsBaseNamesToFileNames();
+    void missingLibraryIsTriedOnceAndReportedAtEveryUse();
+    void loadsOnceAndListsEveryName();
+    void serviceTableAnswersUnknownNamesWithoutLoading();
+    void serviceTableFromDirectory();
+    void loadsThroughNonAsciiPath();
+    void concurrentCallersLoadOnce();
+};
+
+void TestLoadDll::mapsBaseNamesToFileNames()
+{
+#if defined(_WIN32)
+    QCOMPARE(BriskPlatform::LibraryFileName("KoLog"), std::string("KoLog.dll"));
+#else
+    QCOMPARE(BriskPlatform::LibraryFileName("KoLog"), std::string("libKoLog.so"));
+    QCOMPARE(BriskPlatform::LibraryFileName("VideoPlayer_Rk"), std::string("libVideoPlayer_Rk.so"));
+#endif
+}
+
+void TestLoadDll::missingLibraryIsTriedOnceAndReportedAtEveryUse()
+{
+    const std::string strPath = "/nonexistent/quill/libMissing.so";
+    ConsoleCapture capture;
+    for (int i = 0; i < 3; ++i)
+        QVERIFY(LoadDll(strPath, {"Init", "PrintLog"}).empty());
+
+    QCOMPARE(capture.Out(),
+             QStringList{QStringLiteral("load dll - /nonexistent/quill/libMissing.so")});
+    const QStringList qlstErr = capture.Err();
+    QCOMPARE(qlstErr.size(), 3);
+    for (const QString& qstrLine : qlstErr) {
+        QVERIFY2(qstrLine.startsWith(
+                     QStringLiteral("load dll [/nonexistent/quill/libMissing.so] fail !!! ")),
+                 qPrintable(qstrLine));
+        // The reason stays with the path at every use, not only the first.
+        QVERIFY2(qstrLine.contains(QStringLiteral("libMissing.so: cannot open")),
+                 qPrintable(qstrLine));
+    }
+}
+
+void TestLoadDll::loadsOnceAndListsEveryName()
+{
+    const std::string strPath = QuillTest::LibraryPath(QStringLiteral("KoParam")).toStdString();
+    ConsoleCapture capture;
+    const auto mapFirst = LoadDll(strPath, {"GetParam", "NoSuchFunction", "SetParam"});
+    const auto mapSecond = LoadDll(strPath, {"GetParam"});
+
+    QCOMPARE(mapFirst.size(), std::size_t(3));
+    QVERIFY(mapFirst.at("GetParam") != nullptr);
+    QVERIFY(mapFirst.at("SetParam") != nullptr);
+    QVERIFY(mapFirst.at("NoSuchFunction") == nullptr);
+    QCOMPARE(mapSecond.at("GetParam"), mapFirst.at("GetParam"));
+
+    const QString qstrPath = QString::fromStdString(strPath);
+    const QStringList qlstExpected{
+        QStringLiteral("load dll - ") + qstrPath,
+        QStringLiteral("load dll [%1: GetParam] sucess").arg(qstrPath),
+        QStringLiteral("load dll [%1: NoSuchFunction] sucess").arg(qstrPath),
+        QStringLiteral("load dll [%1: SetParam] sucess").arg(qstrPath),
+        QStringLiteral("load dll [%1: GetParam] sucess").arg(qstrPath),
+    };
+    QCOMPARE(capture.Out(), qlstExpected);
+    QVERIFY(capture.Err().isEmpty());
+}
+
+void TestLoadDll::serviceTableAnswersUnknownNamesWithoutLoading()
+{
+    ConsoleCapture capture;
+    QVERIFY(GetKoColorManageFunc("NotInTheContract") == nullptr);
+    QVERIFY(capture.Out().isEmpty());
+    QVERIFY(capture.Err().isEmpty());
+}
+
+void TestLoadDll::serviceTableFromDirectory()
+{
+    // The directory form loads "<dir>/libKoTaskPool.so" and fills the whole
+    // table at once: later names come from the table without console lines.
+    const std::string strDir = QuillTest::BinDir().toStdString();
+    ConsoleCapture capture;
+    void* pAdd = GetKoTaskPoolFunc("AddTmpTask", strDir);
+    QVERIFY(pAdd != nullptr);
+    const int iLinesAfterLoad = capture.Out().size();
+    QCOMPARE(iLinesAfterLoad, 1 + 7);
+    QVERIFY(GetKoTaskPoolFunc("KillTaskAll", strDir) != nullptr);
+    QVERIFY(GetKoTaskPoolFunc("RemoveTmpTask") != nullptr);
+    QCOMPARE(capture.Out().size(), iLinesAfterLoad);
+    QCOMPARE(capture.Out().first(),
+             QStringLiteral("load dll - %1/libKoTaskPool.so").arg(QuillTest::BinDir()));
+}
+
+void TestLoadDll::loadsThroughNonAsciiPath()
+{
+    QTemporaryDir tmpDir;
+    const QString qstrDir = tmpDir.filePath(QStringLiteral("видео-録画-é"));
+    QVERIFY(QDir().mkpath(qstrDir));
+    const QString qstrCopy = qstrDir + QStringLiteral("/libKoColorManage.so");
+    QVERIFY(QFile::copy(QuillTest::LibraryPath(QStringLiteral("KoColorManage")), qstrCopy));
+
+    ConsoleCapture capture;
+    const auto mapFunctions = LoadDll(qstrCopy.toUtf8().toStdString(), {"GetNamedColor"});
+    QCOMPARE(mapFunctions.size(), std::size_t(1));
+    QVERIFY(mapFunctions.at("GetNamedColor") != nullptr);
+    QVERIFY(capture.Err().isEmpty());
+}
+
+void TestLoadDll::concurrentCallersLoadOnce()
+{
+    const std::string strPath =
+        QuillTest::LibraryPath(QStringLiteral("KoAppManager")).toStdString();
+    ConsoleCapture capture;
+    QVector<QThread*> vecThreads;
+    std::atomic<int> iFound{0};
+    for (int i = 0; i < 8; ++i) {
+        vecThreads << QThread::create([&]() {
+            for (int j = 0; j < 50; ++j) {
+                if (LoadDll(strPath, {"GetAppSignals"}).at("GetAppSignals")) ++iFound;
+            }
+        });
+        vecThreads.last()->start();
+    }
+    for (QThread* pThread : vecThreads) {
+        QVERIFY(pThread->wait(30000));
+        delete pThread;
+    }
+    QCOMPARE(iFound.load(), 400);
+    QCOMPARE(capture.Out().count(QStringLiteral("load dll - ") + QString::fromStdString(strPath)),
+             1);
+}
+
+QTEST_GUILESS_MAIN(TestLoadDll)
+#include "tst_loaddll.moc"

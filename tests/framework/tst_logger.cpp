@@ -1,0 +1,124 @@
+// The log line builder: qualified names, map rendering, and records as the
+// real logging service writes them.
+#include "FrameworkTestUtil.h"
+#include "Logger.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace Sample {
+struct Widget
+{
+    int Paint(int _iValue) const { return _iValue; }
+};
+}  // namespace Sample
+
+class TestLogger : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void qualifiedFunctionName_data();
+    void qualifiedFunctionName();
+    void mapsRenderAsIndentedJson();
+    void recordCarriesItsSourcePosition();
+    void linesFromManyThreadsAllArrive();
+
+private:
+    QTemporaryDir m_tmpLogDir;
+};
+
+void TestLogger::initTestCase()
+{
+    QVERIFY(FrameworkTest::StartLogging(m_tmpLogDir.path()));
+}
+
+void TestLogger::qualifiedFunctionName_data()
+{
+    QTest::addColumn<QString>("signature");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("member")
+        << "void CLS_ModuleBasic::TaskRequest(const QString&, const QVariantMap&, const QString&)"
+        << "CLS_ModuleBasic::TaskRequest";
+    QTest::newRow("destructor") << "CLS_ModuleBasic::~CLS_ModuleBasic()"
+                                << "CLS_ModuleBasic::~CLS_ModuleBasic";
+    QTest::newRow("virtual const") << "virtual const char* CLS_ViewBasic::GetModuleCode() const"
+                                   << "CLS_ViewBasic::GetModuleCode";
+    QTest::newRow("pointer return")
+        << "QWidget* CLS_ViewBasic::GetWgtView(const QString&, const QVariantMap&)"
+        << "CLS_ViewBasic::GetWgtView";
+    QTest::newRow("template return") << "std::map<std::__cxx11::basic_string<char>, void*> "
+                                        "LoadDll(const string&, const std::vector<int>&)"
+                                     << "LoadDll";
+    QTest::newRow("lambda") << "CLS_ModuleBasic::TaskRequest(const QString&)::<lambda()>"
+                            << "CLS_ModuleBasic::TaskRequest";
+    QTest::newRow("call operator") << "void Ns::Functor::operator()(int) const"
+                                   << "Ns::Functor::operator()";
+    QTest::newRow("templated class") << "void Queue<std::pair<int, int> >::Push(int) [with T = int]"
+                                     << "Queue<std::pair<int, int> >::Push";
+    QTest::newRow("free function") << "int main(int, char**)"
+                                   << "main";
+    QTest::newRow("no parameters list") << "weird"
+                                        << "weird";
+}
+
+void TestLogger::qualifiedFunctionName()
+{
+    QFETCH(QString, signature);
+    QFETCH(QString, expected);
+    QCOMPARE(QString::fromStdString(Logger::QualifiedFunctionName(signature.toStdString().c_str())),
+             expected);
+}
+
+void TestLogger::mapsRenderAsIndentedJson()
+{
+    QCOMPARE(QString::fromStdString(Logger::ToJson({})), QStringLiteral("{\n}\n"));
+    const QVariantMap qmapParam{{QStringLiteral("PlayUrl"), QStringLiteral("/tmp/a.mp4")},
+                                {QStringLiteral("pos"), 75}};
+    QCOMPARE(QString::fromStdString(Logger::ToJson(qmapParam)),
+             QStringLiteral("{\n    \"PlayUrl\": \"/tmp/a.mp4\",\n    \"pos\": 75\n}\n"));
+}
+
+void TestLogger::recordCarriesItsSourcePosition()
+{
+    const int iLine = __LINE__ + 1;
+    KOLOG(3, "LoggerTest") << "value " << 42 << ' ' << true << ' ' << QStringLiteral("é")
+                           << " map:[" << QVariantMap{{QStringLiteral("k"), 1}} << "]";
+
+    const QStringList qlstRecords =
+        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("LoggerTest"));
+    QCOMPARE(qlstRecords.size(), 1);
+    const QString& qstrRecord = qlstRecords.first();
+    QVERIFY2(qstrRecord.contains(QStringLiteral("tst_logger.cpp:%1").arg(iLine)),
+             qPrintable(qstrRecord));
+    QVERIFY2(qstrRecord.contains(QStringLiteral("TestLogger::recordCarriesItsSourcePosition")),
+             qPrintable(qstrRecord));
+    QVERIFY2(qstrRecord.contains(QStringLiteral("LoggerTest")), qPrintable(qstrRecord));
+    QVERIFY2(qstrRecord.contains(QStringLiteral("value 42 1 é map:[{\n    \"k\": 1\n}\n]")),
+             qPrintable(qstrRecord));
+}
+
+void TestLogger::linesFromManyThreadsAllArrive()
+{
+    constexpr int kThreads = 6;
+    constexpr int kLines = 200;
+    QVector<QThread*> vecThreads;
+    for (int t = 0; t < kThreads; ++t) {
+        vecThreads << QThread::create([t]() {
+            for (int i = 0; i < kLines; ++i)
+                KOLOG(1, "LoggerThreads") << "thread " << t << " line " << i;
+        });
+        vecThreads.last()->start();
+    }
+    for (QThread* pThread : vecThreads) {
+        QVERIFY(pThread->wait(30000));
+        delete pThread;
+    }
+    const QStringList qlstRecords =
+        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("LoggerThreads"));
+    QCOMPARE(qlstRecords.size(), kThreads * kLines);
+    QCOMPARE(qlstRecords.filter(QStringLiteral("thread 3 line 199")).size(), 1);
+}
+
+QTEST_GUILESS_MAIN(TestLogger)
+#include "tst_logger.moc"

@@ -1,0 +1,133 @@
+// Skin style-sheet resolution. The scale factor is read once per process, so
+// ctest runs this program once per QT_SCALE_FACTOR setting; QUILL_SCALE_CASE
+// names the setting and what it must resolve to.
+#include "FrameworkTestUtil.h"
+#include "KoServices.h"
+#include "QuillTestSupport.h"
+#include "StyleSheet.h"
+
+#include <QtTest>
+
+#include <memory>
+
+class TestStyleSheet : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void normalisesModuleNames_data();
+    void normalisesModuleNames();
+    void emptyNamesResolveNothing();
+    void picksTheVariantForTheScale();
+    void textsAreReadOncePerProcess();
+
+private:
+    QString Expected() const;
+    std::unique_ptr<QuillTest::ScopedWorkDir> m_pWorkDir;
+    QString m_qstrCase;
+};
+
+void TestStyleSheet::initTestCase()
+{
+    m_qstrCase = qEnvironmentVariable("QUILL_SCALE_CASE", QStringLiteral("unset"));
+    if (m_qstrCase == QLatin1String("unset"))
+        QVERIFY(!qEnvironmentVariableIsSet("QT_SCALE_FACTOR"));
+
+    m_pWorkDir = std::make_unique<QuillTest::ScopedWorkDir>();
+    QuillTest::ScopedWorkDir& dir = *m_pWorkDir;
+    for (const QString& qstrSkin : {QStringLiteral("dark"), QStringLiteral("light")}) {
+        const QString qstrRoot = QStringLiteral("resource/skin/%1/").arg(qstrSkin);
+        QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/b.qss"), "B{}"));
+        QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/a.qss"), "A{}"));
+        QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/readme.txt"), "not a style"));
+        const QString qstrQss = qstrRoot + QStringLiteral("ModulePlayer/qss/");
+        QVERIFY(dir.WriteFile(qstrQss + QStringLiteral("View.qss"), qstrSkin.toUtf8() + " plain"));
+        if (m_qstrCase != QLatin1String("1.5-no3k"))
+            QVERIFY(
+                dir.WriteFile(qstrQss + QStringLiteral("View_3K.qss"), qstrSkin.toUtf8() + " 3k"));
+        QVERIFY(dir.WriteFile(qstrQss + QStringLiteral("View_4K.qss"), qstrSkin.toUtf8() + " 4k"));
+        QVERIFY(
+            dir.WriteFile(qstrQss + QStringLiteral("View_2.5K.qss"), qstrSkin.toUtf8() + " 2.5k"));
+    }
+    // The skin comes from the parameter service: choose the light one.
+    QVERIFY(FrameworkTest::StartParams(dir.FilePath(QStringLiteral("settings.json"))));
+    QVERIFY(KoService::SetParam("SystemConfig", "skin", "light"));
+}
+
+QString TestStyleSheet::Expected() const
+{
+    if (m_qstrCase == QLatin1String("1.5")) return QStringLiteral("3k");
+    if (m_qstrCase == QLatin1String("2")) return QStringLiteral("4k");
+    if (m_qstrCase == QLatin1String("1.25")) return QStringLiteral("2.5k");
+    return QStringLiteral("plain");  // unset, 1, and 1.5 without a _3K file
+}
+
+void TestStyleSheet::normalisesModuleNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("bare") << "Player"
+                          << "ModulePlayer";
+    QTest::newRow("module") << "ModuleKoPlayer"
+                            << "ModuleKoPlayer";
+    QTest::newRow("widget") << "WgtMsgBox"
+                            << "WgtMsgBox";
+    QTest::newRow("service") << "KoColorManage"
+                             << "KoColorManage";
+    QTest::newRow("case matters") << "wgtBox"
+                                  << "ModulewgtBox";
+    QTest::newRow("prefix only inside") << "MyModule"
+                                        << "ModuleMyModule";
+}
+
+void TestStyleSheet::normalisesModuleNames()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, folder);
+    QCOMPARE(NormaliseModuleName(name), folder);
+}
+
+void TestStyleSheet::emptyNamesResolveNothing()
+{
+    QString qstrPath = QStringLiteral("untouched");
+    QVERIFY(!GetQssFilePath(QString(), QStringLiteral("View"), qstrPath));
+    QVERIFY(!GetQssFilePath(QStringLiteral("ModulePlayer"), QString(), qstrPath));
+    QCOMPARE(qstrPath, QStringLiteral("untouched"));
+    QVERIFY(!GetQssFilePath(QStringLiteral("ModulePlayer"), QStringLiteral("Missing"), qstrPath));
+    QCOMPARE(qstrPath, QStringLiteral("./resource/skin/light/ModulePlayer/qss/Missing.qss"));
+}
+
+void TestStyleSheet::picksTheVariantForTheScale()
+{
+    QString qstrPath;
+    QVERIFY(GetQssFilePath(QStringLiteral("ModulePlayer"), QStringLiteral("View"), qstrPath));
+    const QString qstrSuffix = Expected() == QLatin1String("plain")
+                                   ? QStringLiteral(".qss")
+                                   : QStringLiteral("_%1.qss").arg(Expected().toUpper());
+    QCOMPARE(qstrPath, QStringLiteral("./resource/skin/light/ModulePlayer/qss/View") + qstrSuffix);
+    // Shared files in name order, text files left out, then the view's own.
+    QCOMPARE(GetModuleStyleSheet(QStringLiteral("Player"), QStringLiteral("View")),
+             QStringLiteral("A{}B{}light ") + Expected());
+}
+
+void TestStyleSheet::textsAreReadOncePerProcess()
+{
+    const QString qstrBefore =
+        GetModuleStyleSheet(QStringLiteral("Player"), QStringLiteral("View"));
+    QVERIFY(m_pWorkDir->WriteFile(QStringLiteral("resource/skin/light/ModulePlayer/qss/View.qss"),
+                                  "changed"));
+    QVERIFY(m_pWorkDir->WriteFile(QStringLiteral("resource/skin/light/Common/a.qss"), "changed"));
+    QVERIFY(KoService::SetParam("SystemConfig", "skin", "dark"));
+    qputenv("QT_SCALE_FACTOR", "2");
+    QCOMPARE(GetModuleStyleSheet(QStringLiteral("Player"), QStringLiteral("View")), qstrBefore);
+
+    // The path itself follows the skin, but never a new scale factor.
+    QString qstrPath;
+    QVERIFY(GetQssFilePath(QStringLiteral("ModulePlayer"), QStringLiteral("View"), qstrPath));
+    QVERIFY2(qstrPath.startsWith(QStringLiteral("./resource/skin/dark/")), qPrintable(qstrPath));
+    if (Expected() == QLatin1String("plain"))
+        QVERIFY2(qstrPath.endsWith(QStringLiteral("View.qss")), qPrintable(qstrPath));
+}
+
+QTEST_GUILESS_MAIN(TestStyleSheet)
+#include "tst_stylesheet.moc"

@@ -1,0 +1,175 @@
+// The view base: start-up, presenter results and their routing, and views of
+// other modules made through their libraries.
+#include "CLS_PresenterBasic.h"
+#include "CLS_ViewBasic.h"
+#include "FrameworkTestUtil.h"
+#include "QuillTestSupport.h"
+
+#include <QLabel>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+constexpr const char* kChannel = "ViewFrameworkTest";
+
+class EchoPresenter : public CLS_PresenterBasic
+{
+    Q_OBJECT
+public:
+    const char* GetModuleCode() override { return kChannel; }
+
+protected:
+    bool HandleRequest(const QString& _qstrKey, const QVariantMap& _qmapParam,
+                       QVariantMap& _qmapResult) override
+    {
+        if (_qstrKey == QLatin1String("echo"))
+            _qmapResult[QStringLiteral("echo")] = _qmapParam.value(QStringLiteral("x"));
+        return true;
+    }
+};
+
+class TestView : public CLS_ViewBasic
+{
+    Q_OBJECT
+public:
+    explicit TestView(CLS_PresenterBasic* _pPresenter) : m_pPresenter(_pPresenter) {}
+    const char* GetModuleCode() override { return kChannel; }
+    CLS_PresenterBasic* GetPresenter() override { return m_pPresenter; }
+    void InitUi() override { ++m_iInitUi; }
+    void InitConnect() override {}
+    bool HandleTask(const QString& _qstrKey, const QVariantMap& _qmapParam,
+                    QVariantMap& _qmapResult) override
+    {
+        ++m_iHandled;
+        // "quiet" results are handled but leave nothing to report.
+        if (_qstrKey != QLatin1String("quiet"))
+            _qmapResult[QStringLiteral("seen")] = _qmapParam.value(QStringLiteral("echo"));
+        return _qstrKey != QLatin1String("refuse");
+    }
+
+    int m_iInitUi = 0;
+    int m_iHandled = 0;
+
+private:
+    CLS_PresenterBasic* m_pPresenter;
+};
+
+}  // namespace
+
+class TestViewBasic : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void viewWithoutPresenterSaysSoAtEveryInit();
+    void showingRunsInitFirst();
+    void resultsReachTheAskingViewOnly();
+    void emptyResultStaysSilent();
+    void createsViewsOfOtherModules();
+    void missingModuleGivesNull();
+
+private:
+    QStringList Log() const
+    {
+        return FrameworkTest::ReadLog(m_tmpLogDir.path(), QString::fromLatin1(kChannel));
+    }
+    QTemporaryDir m_tmpLogDir;
+};
+
+void TestViewBasic::initTestCase()
+{
+    QVERIFY(FrameworkTest::StartLogging(m_tmpLogDir.path()));
+}
+
+void TestViewBasic::viewWithoutPresenterSaysSoAtEveryInit()
+{
+    TestView view(nullptr);
+    const int iBefore = Log().filter(QStringLiteral("nullptr == pPresenter Init Fail")).size();
+    view.Init();
+    view.Init();
+    QCOMPARE(Log().filter(QStringLiteral("nullptr == pPresenter Init Fail")).size(), iBefore + 2);
+    QCOMPARE(view.objectName(), QStringLiteral("TestView"));
+    QVERIFY(view.testAttribute(Qt::WA_StyledBackground));
+}
+
+void TestViewBasic::showingRunsInitFirst()
+{
+    TestView view(nullptr);
+    QCOMPARE(view.m_iInitUi, 0);
+    view.show();
+    QCOMPARE(view.m_iInitUi, 1);
+    view.hide();
+    view.show();
+    QCOMPARE(view.m_iInitUi, 1);
+}
+
+void TestViewBasic::resultsReachTheAskingViewOnly()
+{
+    EchoPresenter presenter;
+    TestView viewA(&presenter);
+    TestView viewB(&presenter);
+    viewA.Init();
+    viewB.Init();
+    QSignalSpy spyA(&viewA, &CLS_ViewBasic::SignRequestTaskRsulted);
+    QSignalSpy spyB(&viewB, &CLS_ViewBasic::SignRequestTaskRsulted);
+
+    viewA.SendPresenterRequest(QStringLiteral("echo"), {{QStringLiteral("x"), 5}},
+                               QStringLiteral("u-a"));
+    QTRY_COMPARE(spyA.count(), 1);
+    QCOMPARE(spyA.first().at(0).toString(), QStringLiteral("echo"));
+    const QVariantMap qmapResult = spyA.first().at(1).toMap();
+    QCOMPARE(qmapResult.value(QStringLiteral("seen")).toInt(), 5);
+    QCOMPARE(qmapResult.value(QStringLiteral("__result__")).toString(), QStringLiteral("success"));
+    QCOMPARE(spyA.first().at(2).toString(), QStringLiteral("u-a"));
+
+    // The same result also reached B, which logged its entry line and stopped.
+    QTRY_COMPARE(Log().filter(QStringLiteral("call funtion key:[echo]")).size(), 2);
+    QCOMPARE(viewB.m_iHandled, 0);
+    QCOMPARE(spyB.count(), 0);
+
+    viewB.SendPresenterRequest(QStringLiteral("refuse"), {}, QStringLiteral("u-b"));
+    QTRY_COMPARE(spyB.count(), 1);
+    QCOMPARE(spyB.first().at(1).toMap().value(QStringLiteral("__result__")).toString(),
+             QStringLiteral("fail"));
+    QCOMPARE(spyA.count(), 1);
+}
+
+void TestViewBasic::emptyResultStaysSilent()
+{
+    EchoPresenter presenter;
+    TestView view(&presenter);
+    view.Init();
+    QSignalSpy spy(&view, &CLS_ViewBasic::SignRequestTaskRsulted);
+    view.SendPresenterRequest(QStringLiteral("quiet"), {}, QStringLiteral("u-q"));
+    QTRY_COMPARE(view.m_iHandled, 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(spy.count(), 0);
+}
+
+void TestViewBasic::createsViewsOfOtherModules()
+{
+    QuillTest::ScopedWorkDir workDir;
+    QVERIFY(QFile::link(QStringLiteral(FIXTURE_VIEW_MODULE),
+                        workDir.FilePath(QStringLiteral("libFixtureViewModule.so"))));
+    std::unique_ptr<QWidget> pView(CLS_ViewBasic::GetWgtView(
+        QStringLiteral("FixtureViewModule"), {{QStringLiteral("name"), QStringLiteral("made")}}));
+    QVERIFY(pView);
+    QVERIFY(qobject_cast<QLabel*>(pView.get()));
+    QCOMPARE(pView->objectName(), QStringLiteral("made"));
+}
+
+void TestViewBasic::missingModuleGivesNull()
+{
+    QuillTest::ScopedWorkDir workDir;
+    QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
+    QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
+    const QStringList qlstLog =
+        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("default"));
+    QCOMPARE(qlstLog.filter(QStringLiteral("Request Fail_strModuleName:[NoSuchModule]")).size(), 2);
+}
+
+QTEST_MAIN(TestViewBasic)
+#include "tst_viewbasic.moc"
