@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>نموذج</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>موافق</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>لا</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>حفظ</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>عدم الحفظ</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>إغلاق</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>تطبيق</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>إعادة المحاولة</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>تجاهل</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>إحباط</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>نموذج</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>الوقت</translation>
     </message>
     <message>
         <source>btn_minimize</source>

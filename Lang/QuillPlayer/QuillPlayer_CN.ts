@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>窗体</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>确定</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>否</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>放弃</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>应用</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>重试</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>忽略</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>中止</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>窗体</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>时间</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Formulář</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Ne</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Uložit</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Neukládat</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Zavřít</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Použít</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Opakovat</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Ignorovat</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Přerušit</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Formulář</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Čas</translation>
     </message>
     <message>
         <source>btn_minimize</source>

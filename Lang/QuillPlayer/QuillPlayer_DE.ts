@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Formular</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Nein</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Übernehmen</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Wiederholen</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Ignorieren</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Vorgang abbrechen</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Formular</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Uhrzeit</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Formulier</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Nee</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Opslaan</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Niet opslaan</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Sluiten</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Toepassen</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Opnieuw</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Negeren</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Afbreken</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Formulier</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Tijd</translation>
     </message>
     <message>
         <source>btn_minimize</source>

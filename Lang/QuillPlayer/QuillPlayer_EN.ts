@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Form</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>No</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Discard</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Apply</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Retry</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Ignore</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Abort</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Form</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Time</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>فرم</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>تأیید</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>خیر</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>ذخیره</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>ذخیره نشود</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>بستن</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>اعمال</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>تلاش دوباره</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>نادیده گرفتن</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>قطع عملیات</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>فرم</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>زمان</translation>
     </message>
     <message>
         <source>btn_minimize</source>

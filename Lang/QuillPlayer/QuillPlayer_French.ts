@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Formulaire</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Non</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Ne pas enregistrer</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Appliquer</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Ignorer</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Abandonner</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Formulaire</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Heure</translation>
     </message>
     <message>
         <source>btn_minimize</source>

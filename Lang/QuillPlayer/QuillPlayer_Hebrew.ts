@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>טופס</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>אישור</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>לא</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>שמירה</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>ללא שמירה</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>סגירה</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>החלה</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>ניסיון חוזר</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>התעלמות</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>הפסקה</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>טופס</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>שעה</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Modulo</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>No</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Salva</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Non salvare</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Chiudi</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Applica</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Riprova</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Ignora</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Interrompi</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Modulo</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Ora</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>폼</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>확인</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>아니요</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>저장</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>저장 안 함</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>닫기</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>적용</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>다시 시도</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>무시</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>중단</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>폼</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>시간</translation>
     </message>
     <message>
         <source>btn_minimize</source>

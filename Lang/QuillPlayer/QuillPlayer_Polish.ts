@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Formularz</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Nie</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Zapisz</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Odrzuć</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Zamknij</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Zastosuj</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Ponów</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Ignoruj</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Przerwij</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Formularz</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Godzina</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Форма</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>ОК</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Нет</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Сохранить</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Не сохранять</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Применить</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Повторить</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Пропустить</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Прервать</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Форма</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Время</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Formulár</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Nie</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Uložiť</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Neukladať</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Zavrieť</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Použiť</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Opakovať</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Ignorovať</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Prerušiť</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Formulár</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Čas</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Formulario</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>Aceptar</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>No</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Guardar</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Descartar</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Cerrar</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Aplicar</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Reintentar</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Omitir</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Anular</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Formulario</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Hora</translation>
     </message>
     <message>
         <source>btn_minimize</source>

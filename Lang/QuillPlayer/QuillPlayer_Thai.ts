@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>ฟอร์ม</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>ตกลง</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>ไม่ใช่</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>บันทึก</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>ละทิ้ง</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>ปิด</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>นำไปใช้</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>ลองใหม่</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>ข้าม</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>หยุดการทำงาน</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>ฟอร์ม</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>เวลา</translation>
     </message>
     <message>
         <source>btn_minimize</source>

@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>表單</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>確定</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>否</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>儲存</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>捨棄</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>關閉</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>套用</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>重試</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>略過</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>中止</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>表單</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>時間</translation>
     </message>
     <message>
         <source>btn_minimize</source>

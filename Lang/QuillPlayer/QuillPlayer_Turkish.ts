@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Form</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>Tamam</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Hayır</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Kaydet</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Kaydetme</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Kapat</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Uygula</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Yeniden dene</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Yok say</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Vazgeç</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Form</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Saat</translation>
     </message>
     <message>
         <source>btn_minimize</source>

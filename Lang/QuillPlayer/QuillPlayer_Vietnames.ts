@@ -45,10 +45,6 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
-        <source>Form</source>
-        <translation>Biểu mẫu</translation>
-    </message>
-    <message>
         <source>btn_ok</source>
         <translation>Đồng ý</translation>
     </message>
@@ -63,6 +59,34 @@
     <message>
         <source>btn_no</source>
         <translation>Không</translation>
+    </message>
+    <message>
+        <source>btn_save</source>
+        <translation>Lưu</translation>
+    </message>
+    <message>
+        <source>btn_discard</source>
+        <translation>Không lưu</translation>
+    </message>
+    <message>
+        <source>btn_close</source>
+        <translation>Đóng</translation>
+    </message>
+    <message>
+        <source>btn_apply</source>
+        <translation>Áp dụng</translation>
+    </message>
+    <message>
+        <source>btn_retry</source>
+        <translation>Thử lại</translation>
+    </message>
+    <message>
+        <source>btn_ignore</source>
+        <translation>Bỏ qua</translation>
+    </message>
+    <message>
+        <source>btn_abort</source>
+        <translation>Hủy bỏ</translation>
     </message>
     <message>
         <source>btn_show_password</source>
@@ -150,10 +174,6 @@
     <message>
         <source>Form</source>
         <translation>Biểu mẫu</translation>
-    </message>
-    <message>
-        <source>time</source>
-        <translation>Thời gian</translation>
     </message>
     <message>
         <source>btn_minimize</source>
