@@ -21,7 +21,9 @@ public:
     virtual bool Show(const AVFrame* frame) = 0;
     // Shows black and forgets the last picture.
     virtual void Clear() = 0;
-    // Redraws the last picture (after a resize or an expose); no-op when none.
+    // Redraws the last picture when the surface needs it (resized or exposed
+    // since the last drawing); cheap otherwise, so a paused engine may call it
+    // a few times a second to let a native window follow its size.
     virtual void Refresh() = 0;
 };
 

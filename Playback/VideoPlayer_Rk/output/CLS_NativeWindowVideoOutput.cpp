@@ -1,0 +1,198 @@
+#include "CLS_NativeWindowVideoOutput.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string>
+
+extern "C" {
+#include <libavutil/frame.h>
+#include <libavutil/imgutils.h>
+#include <libavutil/pixdesc.h>
+#include <libswscale/swscale.h>
+}
+
+namespace RK_Framework::VideoPlayer {
+
+CLS_NativeWindowVideoOutput::CLS_NativeWindowVideoOutput(std::int64_t _i64WindowId)
+    : m_surface(_i64WindowId)
+{}
+
+CLS_NativeWindowVideoOutput::~CLS_NativeWindowVideoOutput()
+{
+    av_frame_free(&m_pLast);
+    sws_freeContext(m_pSws);
+    av_freep(&m_apScratch[0]);
+}
+
+bool CLS_NativeWindowVideoOutput::Show(const AVFrame* _pFrame)
+{
+    if (!CLS_VideoFrameTraits::HasPicture(_pFrame)) {
+        m_diagnostics.Report("frame without a picture");
+        return false;
+    }
+    // A reference, not a copy: the decoder's buffer stays alive for redraws.
+    AVFrame* pFrame = av_frame_clone(_pFrame);
+    if (!pFrame) {
+        m_diagnostics.Report("out of memory keeping a picture");
+        return false;
+    }
+    std::lock_guard<std::mutex> lock(m_mutex);
+    av_frame_free(&m_pLast);
+    m_pLast = pFrame;
+    int iWidth = 0, iHeight = 0;
+    if (!m_surface.QuerySize(iWidth, iHeight)) {
+        m_diagnostics.Report(m_surface.LastError());
+        return false;
+    }
+    return Draw(iWidth, iHeight);
+}
+
+void CLS_NativeWindowVideoOutput::Clear()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    av_frame_free(&m_pLast);
+    int iWidth = 0, iHeight = 0;
+    if (m_surface.QuerySize(iWidth, iHeight)) Draw(iWidth, iHeight);
+}
+
+void CLS_NativeWindowVideoOutput::Refresh()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    // Nothing was ever drawn: the window is still the toolkit's to paint.
+    if (!m_blDrawn) return;
+    const bool blExposed = m_surface.TakeExposed();
+    int iWidth = 0, iHeight = 0;
+    if (!m_surface.QuerySize(iWidth, iHeight)) return;
+    if (blExposed || iWidth != m_iCanvasWidth || iHeight != m_iCanvasHeight) Draw(iWidth, iHeight);
+}
+
+bool CLS_NativeWindowVideoOutput::Draw(int _iWidth, int _iHeight)
+{
+    m_blDrawn = true;
+    // A minimised or collapsed window has nothing to show; not a failure.
+    if (_iWidth <= 0 || _iHeight <= 0) return true;
+    const AVPixelFormat eFormat = m_surface.PixelFormat();
+    if (eFormat == AV_PIX_FMT_NONE) {
+        m_diagnostics.Report(m_surface.LastError());
+        return false;
+    }
+    if (!PrepareCanvas(_iWidth, _iHeight, eFormat)) return false;
+
+    if (!m_pLast) {
+        FillBlack();
+        m_rectPicture = SVideoRect();
+    } else {
+        const SVideoRect rect = CLS_VideoFrameTraits::FitRect(
+            m_pLast->width, m_pLast->height, CLS_VideoFrameTraits::SampleAspect(m_pLast), _iWidth,
+            _iHeight);
+        // Bars are painted only when the picture moved; the picture area is
+        // overwritten by every frame anyway.
+        if (rect != m_rectPicture) {
+            FillBlack();
+            m_rectPicture = rect;
+        }
+        if (!ScalePicture(rect)) return false;
+    }
+    if (!m_surface.Present(m_vecCanvas.data(), _iWidth, _iHeight)) {
+        m_diagnostics.Report(m_surface.LastError());
+        return false;
+    }
+    m_diagnostics.Recovered();
+    return true;
+}
+
+bool CLS_NativeWindowVideoOutput::PrepareCanvas(int _iWidth, int _iHeight, AVPixelFormat _eFormat)
+{
+    if (_iWidth == m_iCanvasWidth && _iHeight == m_iCanvasHeight && _eFormat == m_eCanvasFormat) {
+        return true;
+    }
+    m_iCanvasStride = m_surface.Stride(_iWidth);
+    try {
+        m_vecCanvas.assign(static_cast<std::size_t>(m_iCanvasStride) * _iHeight, 0);
+    } catch (const std::bad_alloc&) {
+        m_iCanvasWidth = m_iCanvasHeight = 0;
+        m_diagnostics.Report("out of memory for a " + std::to_string(_iWidth) + "x" +
+                             std::to_string(_iHeight) + " window");
+        return false;
+    }
+    m_iCanvasWidth = _iWidth;
+    m_iCanvasHeight = _iHeight;
+    m_eCanvasFormat = _eFormat;
+    m_rectPicture = SVideoRect();
+    FillBlack();
+    return true;
+}
+
+void CLS_NativeWindowVideoOutput::FillBlack()
+{
+    std::fill(m_vecCanvas.begin(), m_vecCanvas.end(), std::uint8_t(0));
+    // Opaque black: a window with an alpha channel would show zero alpha as
+    // a hole in the player.
+    const AVPixFmtDescriptor* pDesc = av_pix_fmt_desc_get(m_eCanvasFormat);
+    if (!pDesc || !(pDesc->flags & AV_PIX_FMT_FLAG_ALPHA) || pDesc->comp[3].depth != 8) return;
+    const int iStep = pDesc->comp[3].step, iOffset = pDesc->comp[3].offset;
+    for (int r = 0; r < m_iCanvasHeight; ++r) {
+        std::uint8_t* pRow = m_vecCanvas.data() + static_cast<std::size_t>(r) * m_iCanvasStride;
+        for (int c = 0; c < m_iCanvasWidth; ++c)
+            pRow[c * iStep + iOffset] = 0xff;
+    }
+}
+
+bool CLS_NativeWindowVideoOutput::ScalePicture(const SVideoRect& _rect)
+{
+    const auto eSource = static_cast<AVPixelFormat>(m_pLast->format);
+    m_pSws = sws_getCachedContext(m_pSws, m_pLast->width, m_pLast->height, eSource, _rect.iWidth,
+                                  _rect.iHeight, m_eCanvasFormat, SWS_BILINEAR, nullptr, nullptr,
+                                  nullptr);
+    if (!m_pSws) {
+        const char* szName = av_get_pix_fmt_name(eSource);
+        m_diagnostics.Report(std::string("cannot convert ") + (szName ? szName : "this format") +
+                             " for display");
+        return false;
+    }
+    const int* piCoefficients = CLS_VideoFrameTraits::SwsCoefficients(m_pLast);
+    sws_setColorspaceDetails(m_pSws, piCoefficients,
+                             CLS_VideoFrameTraits::IsFullRange(m_pLast) ? 1 : 0, piCoefficients, 1,
+                             0, 1 << 16, 1 << 16);
+
+    const int iBytesPerPixel =
+        av_get_padded_bits_per_pixel(av_pix_fmt_desc_get(m_eCanvasFormat)) / 8;
+    std::uint8_t* pTarget = m_vecCanvas.data() +
+                            static_cast<std::size_t>(_rect.iY) * m_iCanvasStride +
+                            static_cast<std::size_t>(_rect.iX) * iBytesPerPixel;
+    // swscale's fast paths want aligned rows; a letterboxed spot in the window
+    // rarely is, so such pictures go through an aligned scratch image.
+    const bool blAligned =
+        (reinterpret_cast<std::uintptr_t>(pTarget) % 16) == 0 && (m_iCanvasStride % 16) == 0;
+    if (blAligned) {
+        std::uint8_t* apDst[4] = {pTarget, nullptr, nullptr, nullptr};
+        const int aiDstLinesize[4] = {m_iCanvasStride, 0, 0, 0};
+        return sws_scale(m_pSws, m_pLast->data, m_pLast->linesize, 0, m_pLast->height, apDst,
+                         aiDstLinesize) > 0;
+    }
+    if (_rect.iWidth != m_iScratchWidth || _rect.iHeight != m_iScratchHeight) {
+        av_freep(&m_apScratch[0]);
+        m_iScratchWidth = m_iScratchHeight = 0;
+        if (av_image_alloc(m_apScratch, m_aiScratchLinesize, _rect.iWidth, _rect.iHeight,
+                           m_eCanvasFormat, 32) < 0) {
+            m_diagnostics.Report("out of memory scaling a picture");
+            return false;
+        }
+        m_iScratchWidth = _rect.iWidth;
+        m_iScratchHeight = _rect.iHeight;
+    }
+    if (sws_scale(m_pSws, m_pLast->data, m_pLast->linesize, 0, m_pLast->height, m_apScratch,
+                  m_aiScratchLinesize) <= 0) {
+        return false;
+    }
+    const std::size_t szRowBytes = static_cast<std::size_t>(_rect.iWidth) * iBytesPerPixel;
+    for (int r = 0; r < _rect.iHeight; ++r) {
+        std::memcpy(pTarget + static_cast<std::size_t>(r) * m_iCanvasStride,
+                    m_apScratch[0] + static_cast<std::size_t>(r) * m_aiScratchLinesize[0],
+                    szRowBytes);
+    }
+    return true;
+}
+
+}  // namespace RK_Framework::VideoPlayer

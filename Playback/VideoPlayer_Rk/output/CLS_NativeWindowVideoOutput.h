@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+#include "CLS_NativeWindowSurface.h"
+#include "CLS_OutputDiagnostics.h"
+#include "CLS_VideoFrameTraits.h"
+#include "IVideoOutput.h"
+
+struct SwsContext;
+
+namespace RK_Framework::VideoPlayer {
+
+// Draws into a native window itself: scales and converts each picture on the
+// CPU into an image of the window's current size, letterboxed, and puts that
+// on the window. The last picture is kept so that a resized or uncovered
+// window can be redrawn while playback is paused.
+class CLS_NativeWindowVideoOutput final : public IVideoOutput
+{
+public:
+    explicit CLS_NativeWindowVideoOutput(std::int64_t _i64WindowId);
+    ~CLS_NativeWindowVideoOutput() override;
+    CLS_NativeWindowVideoOutput(const CLS_NativeWindowVideoOutput&) = delete;
+    CLS_NativeWindowVideoOutput& operator=(const CLS_NativeWindowVideoOutput&) = delete;
+
+    bool Show(const AVFrame* _pFrame) override;
+    void Clear() override;
+    // Redraws only when the window changed size or was exposed since the last
+    // drawing, so it is cheap to call often while paused.
+    void Refresh() override;
+
+private:
+    bool Draw(int _iWidth, int _iHeight);
+    bool PrepareCanvas(int _iWidth, int _iHeight, AVPixelFormat _eFormat);
+    void FillBlack();
+    bool ScalePicture(const SVideoRect& _rect);
+
+    // Show and Clear come from the video thread, Refresh possibly from another.
+    std::mutex m_mutex;
+    CLS_NativeWindowSurface m_surface;
+    AVFrame* m_pLast = nullptr;
+    bool m_blDrawn = false;
+
+    std::vector<std::uint8_t> m_vecCanvas;
+    int m_iCanvasWidth = 0;
+    int m_iCanvasHeight = 0;
+    int m_iCanvasStride = 0;
+    AVPixelFormat m_eCanvasFormat = AV_PIX_FMT_NONE;
+    SVideoRect m_rectPicture;
+
+    SwsContext* m_pSws = nullptr;
+    std::uint8_t* m_apScratch[4] = {nullptr, nullptr, nullptr, nullptr};
+    int m_aiScratchLinesize[4] = {0, 0, 0, 0};
+    int m_iScratchWidth = 0;
+    int m_iScratchHeight = 0;
+    CLS_OutputDiagnostics m_diagnostics{"video output (native window)"};
+};
+
+}  // namespace RK_Framework::VideoPlayer

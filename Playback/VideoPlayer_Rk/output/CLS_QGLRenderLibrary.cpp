@@ -1,0 +1,41 @@
+#include "CLS_QGLRenderLibrary.h"
+
+#include <cstdio>
+#include <mutex>
+#include <string>
+
+#include "CLS_SharedLibrary.h"
+
+namespace RK_Framework::VideoPlayer {
+
+const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
+{
+    static std::mutex s_mutex;
+    // Kept for the life of the process, as the library itself is.
+    static const CLS_QGLRenderLibrary* s_pLibrary = nullptr;
+    static bool s_blBrokenReported = false;
+
+    std::lock_guard<std::mutex> lock(s_mutex);
+    if (s_pLibrary) return s_pLibrary;
+    // Not loaded yet is the normal case of native-window playback: asked
+    // again next time, since the module may load it later.
+    void* pHandle = CLS_SharedLibrary::FindLoaded("QGLRender", nullptr);
+    if (!pHandle) return nullptr;
+    const auto fnIs = reinterpret_cast<FnIsRenderWidget>(
+        CLS_SharedLibrary::Symbol(pHandle, "QGL_IsRenderWidget"));
+    const auto fnPush =
+        reinterpret_cast<FnPushFrame>(CLS_SharedLibrary::Symbol(pHandle, "QGL_PushFrame"));
+    const auto fnClear = reinterpret_cast<FnClear>(CLS_SharedLibrary::Symbol(pHandle, "QGL_Clear"));
+    if (!fnIs || !fnPush || !fnClear) {
+        if (!s_blBrokenReported) {
+            std::fprintf(stderr, "video output: %s lacks the frame-sink entry points\n",
+                         CLS_SharedLibrary::FileName("QGLRender").c_str());
+            s_blBrokenReported = true;
+        }
+        return nullptr;
+    }
+    s_pLibrary = new CLS_QGLRenderLibrary(fnIs, fnPush, fnClear);
+    return s_pLibrary;
+}
+
+}  // namespace RK_Framework::VideoPlayer

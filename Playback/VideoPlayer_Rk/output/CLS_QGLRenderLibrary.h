@@ -1,0 +1,38 @@
+#pragma once
+
+#include "QGLRenderApi.h"
+
+namespace RK_Framework::VideoPlayer {
+
+// The frame-sink entry points of QGLRender, resolved at run time so that the
+// engine carries no Qt of its own.
+class CLS_QGLRenderLibrary
+{
+public:
+    // The entry points when QGLRender is loaded in this process, else null.
+    // A render widget cannot exist before its library is loaded, so a
+    // process that never loaded it has nothing to hand frames to.
+    static const CLS_QGLRenderLibrary* Find();
+
+    bool IsRenderWidget(void* _pHandle) const { return m_fnIsRenderWidget(_pHandle) != 0; }
+    int PushFrame(void* _pHandle, const QGL_Frame& _frame) const
+    {
+        return m_fnPushFrame(_pHandle, &_frame);
+    }
+    int Clear(void* _pHandle) const { return m_fnClear(_pHandle); }
+
+private:
+    using FnIsRenderWidget = int (*)(void*);
+    using FnPushFrame = int (*)(void*, const QGL_Frame*);
+    using FnClear = int (*)(void*);
+
+    CLS_QGLRenderLibrary(FnIsRenderWidget _fnIs, FnPushFrame _fnPush, FnClear _fnClear)
+        : m_fnIsRenderWidget(_fnIs), m_fnPushFrame(_fnPush), m_fnClear(_fnClear)
+    {}
+
+    FnIsRenderWidget m_fnIsRenderWidget;
+    FnPushFrame m_fnPushFrame;
+    FnClear m_fnClear;
+};
+
+}  // namespace RK_Framework::VideoPlayer

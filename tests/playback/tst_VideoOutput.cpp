@@ -1,0 +1,344 @@
+// The engine's video outputs, fed with AVFrames as the decoder makes them:
+// into a QGLRender widget, into a plain native window, and into nothing.
+
+#include <QGuiApplication>
+#include <QOpenGLWidget>
+#include <QScreen>
+#include <QWidget>
+#include <QtTest>
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+extern "C" {
+#include <libavutil/frame.h>
+#include <libavutil/pixdesc.h>
+}
+
+#include "IVideoOutput.h"
+#include "QGLRenderApi.h"
+
+using RK_Framework::VideoPlayer::CreateVideoOutput;
+using RK_Framework::VideoPlayer::IVideoOutput;
+
+namespace {
+
+struct FrameDeleter
+{
+    void operator()(AVFrame* _pFrame) const { av_frame_free(&_pFrame); }
+};
+using FramePtr = std::unique_ptr<AVFrame, FrameDeleter>;
+
+struct Yuv
+{
+    int y, u, v;
+};
+
+// A decoded-looking frame: the top half one colour, the bottom half another.
+// Colours are given as 8-bit YUV (or RGB for packed RGB formats) and scaled to
+// the format's depth.
+FramePtr MakeFrame(AVPixelFormat _eFormat, int _iWidth, int _iHeight, Yuv _top, Yuv _bottom)
+{
+    FramePtr pFrame(av_frame_alloc());
+    pFrame->format = _eFormat;
+    pFrame->width = _iWidth;
+    pFrame->height = _iHeight;
+    if (av_frame_get_buffer(pFrame.get(), 0) < 0) return nullptr;
+    const AVPixFmtDescriptor* pDesc = av_pix_fmt_desc_get(_eFormat);
+    const bool blRgb = pDesc->flags & AV_PIX_FMT_FLAG_RGB;
+    for (int c = 0; c < pDesc->nb_components; ++c) {
+        const AVComponentDescriptor& comp = pDesc->comp[c];
+        const bool blChroma = !blRgb && (c == 1 || c == 2);
+        const int iCw = blChroma ? AV_CEIL_RSHIFT(_iWidth, pDesc->log2_chroma_w) : _iWidth;
+        const int iCh = blChroma ? AV_CEIL_RSHIFT(_iHeight, pDesc->log2_chroma_h) : _iHeight;
+        for (int r = 0; r < iCh; ++r) {
+            const Yuv& colour = (r * 2 < iCh) ? _top : _bottom;
+            const int iValue8 = c == 0 ? colour.y : (c == 1 ? colour.u : colour.v);
+            uint8_t* pRow = pFrame->data[comp.plane] + r * pFrame->linesize[comp.plane];
+            for (int x = 0; x < iCw; ++x) {
+                uint8_t* p = pRow + x * comp.step + comp.offset;
+                if (comp.depth > 8) {
+                    const uint16_t u16 = uint16_t(iValue8 << (comp.depth - 8));
+                    std::memcpy(p, &u16, 2);  // little-endian formats only
+                } else {
+                    *p = uint8_t(iValue8);
+                }
+            }
+        }
+    }
+    return pFrame;
+}
+
+QString Describe(QRgb _rgb)
+{
+    return QStringLiteral("(%1,%2,%3)").arg(qRed(_rgb)).arg(qGreen(_rgb)).arg(qBlue(_rgb));
+}
+
+bool Near(QRgb _rgb, const QColor& _color, int _iTolerance = 6)
+{
+    return qAbs(qRed(_rgb) - _color.red()) <= _iTolerance &&
+           qAbs(qGreen(_rgb) - _color.green()) <= _iTolerance &&
+           qAbs(qBlue(_rgb) - _color.blue()) <= _iTolerance;
+}
+
+const Yuv g_yuvRed601{81, 90, 240};
+const Yuv g_yuvBlue601{41, 240, 110};
+const Yuv g_yuvRed709{63, 102, 240};
+const QColor g_red(255, 0, 0), g_blue(0, 0, 255), g_black(0, 0, 0);
+
+// A check of several points of one image, for QTRY_VERIFY2 loops.
+struct Expectation
+{
+    QPoint pt;
+    QColor color;
+};
+
+QString Mismatch(const QImage& _image, std::initializer_list<Expectation> _list)
+{
+    for (const Expectation& e : _list) {
+        if (!_image.rect().contains(e.pt)) return QStringLiteral("image too small");
+        if (!Near(_image.pixel(e.pt), e.color)) {
+            return QStringLiteral("pixel (%1,%2) is %3, expected %4")
+                .arg(e.pt.x())
+                .arg(e.pt.y())
+                .arg(Describe(_image.pixel(e.pt)), Describe(e.color.rgb()));
+        }
+    }
+    return QString();
+}
+
+}  // namespace
+
+class TestVideoOutput : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void nullOutput();
+    void renderWidget_data();
+    void renderWidget();
+    void renderWidgetAspectAndRelease();
+    void nativeWindowFollowsSize();
+    void nativeWindowFailures();
+};
+
+void TestVideoOutput::nullOutput()
+{
+    std::unique_ptr<IVideoOutput> pOutput = CreateVideoOutput(0);
+    QVERIFY(pOutput);
+    FramePtr pFrame = MakeFrame(AV_PIX_FMT_YUV420P, 64, 48, g_yuvRed601, g_yuvRed601);
+    QVERIFY(pOutput->Show(pFrame.get()));
+    pOutput->Refresh();
+    pOutput->Clear();
+}
+
+void TestVideoOutput::renderWidget_data()
+{
+    QTest::addColumn<int>("format");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("colorspace");
+    QTest::addColumn<int>("range");
+    QTest::addColumn<int>("y");
+    QTest::addColumn<int>("u");
+    QTest::addColumn<int>("v");
+    QTest::addColumn<QColor>("expected");
+
+    const QSize sd(320, 240), hd(1280, 720);
+    const int unspec = AVCOL_SPC_UNSPECIFIED, bt709 = AVCOL_SPC_BT709, bt601 = AVCOL_SPC_SMPTE170M;
+    const int limited = AVCOL_RANGE_MPEG, full = AVCOL_RANGE_JPEG,
+              norange = AVCOL_RANGE_UNSPECIFIED;
+    QTest::newRow("yuv420p untagged SD is 601")
+        << int(AV_PIX_FMT_YUV420P) << sd << unspec << norange << 81 << 90 << 240 << g_red;
+    QTest::newRow("yuv420p untagged HD is 709")
+        << int(AV_PIX_FMT_YUV420P) << hd << unspec << norange << 63 << 102 << 240 << g_red;
+    QTest::newRow("HD tagged 601 stays 601")
+        << int(AV_PIX_FMT_YUV420P) << hd << bt601 << limited << 81 << 90 << 240 << g_red;
+    QTest::newRow("SD tagged 709 stays 709")
+        << int(AV_PIX_FMT_NV12) << sd << bt709 << limited << 63 << 102 << 240 << g_red;
+    QTest::newRow("yuvj420p is full range")
+        << int(AV_PIX_FMT_YUVJ420P) << sd << unspec << norange << 76 << 85 << 255 << g_red;
+    QTest::newRow("range tag full on yuv420p") << int(AV_PIX_FMT_YUV420P) << sd << bt601 << full
+                                               << 200 << 128 << 128 << QColor(200, 200, 200);
+    QTest::newRow("yuv422p odd size") << int(AV_PIX_FMT_YUV422P) << QSize(317, 239) << unspec
+                                      << norange << 41 << 240 << 110 << g_blue;
+    QTest::newRow("yuv444p") << int(AV_PIX_FMT_YUV444P) << sd << unspec << norange << 41 << 240
+                             << 110 << g_blue;
+    QTest::newRow("10-bit converted, limited white")
+        << int(AV_PIX_FMT_YUV420P10LE) << sd << unspec << norange << 235 << 128 << 128
+        << QColor(255, 255, 255);
+    QTest::newRow("10-bit HD converted keeps 709")
+        << int(AV_PIX_FMT_YUV420P10LE) << hd << unspec << limited << 63 << 102 << 240 << g_red;
+    QTest::newRow("10-bit full range keeps its range")
+        << int(AV_PIX_FMT_YUV420P10LE) << sd << bt601 << full << 200 << 128 << 128
+        << QColor(200, 200, 200);
+    QTest::newRow("rgb24 converted") << int(AV_PIX_FMT_RGB24) << sd << unspec << norange << 40
+                                     << 200 << 90 << QColor(40, 200, 90);
+    QTest::newRow("gray converted") << int(AV_PIX_FMT_GRAY8) << sd << unspec << norange << 126 << 0
+                                    << 0 << QColor(128, 128, 128);
+}
+
+void TestVideoOutput::renderWidget()
+{
+    QFETCH(int, format);
+    QFETCH(QSize, size);
+    QFETCH(int, colorspace);
+    QFETCH(int, range);
+    QFETCH(int, y);
+    QFETCH(int, u);
+    QFETCH(int, v);
+    QFETCH(QColor, expected);
+
+    void* pHandle = QGL_Create(nullptr);
+    auto* pWidget = qobject_cast<QOpenGLWidget*>(static_cast<QWidget*>(pHandle));
+    QVERIFY(pWidget);
+    pWidget->resize(320, 240);
+    pWidget->show();
+    QVERIFY(QTest::qWaitForWindowExposed(pWidget));
+
+    std::unique_ptr<IVideoOutput> pOutput =
+        CreateVideoOutput(static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(pHandle)));
+    FramePtr pFrame =
+        MakeFrame(AVPixelFormat(format), size.width(), size.height(), {y, u, v}, {y, u, v});
+    QVERIFY(pFrame);
+    pFrame->colorspace = AVColorSpace(colorspace);
+    pFrame->color_range = AVColorRange(range);
+    QVERIFY(pOutput->Show(pFrame.get()));
+    const QRgb rgb = pWidget->grabFramebuffer().pixel(160, 120);
+    QCOMPARE(QGL_Release(pHandle), 0);
+    QVERIFY2(
+        Near(rgb, expected),
+        qPrintable(
+            QStringLiteral("got %1, expected %2").arg(Describe(rgb), Describe(expected.rgb()))));
+}
+
+void TestVideoOutput::renderWidgetAspectAndRelease()
+{
+    void* pHandle = QGL_Create(nullptr);
+    auto* pWidget = qobject_cast<QOpenGLWidget*>(static_cast<QWidget*>(pHandle));
+    QVERIFY(pWidget);
+    pWidget->resize(640, 360);
+    pWidget->show();
+    QVERIFY(QTest::qWaitForWindowExposed(pWidget));
+    std::unique_ptr<IVideoOutput> pOutput =
+        CreateVideoOutput(static_cast<std::int64_t>(reinterpret_cast<std::intptr_t>(pHandle)));
+
+    // The frame's pixel shape reaches the widget: 4:3 pixels widen a 4:3
+    // picture to 16:9, filling the bars a square-pixel picture leaves.
+    FramePtr pFrame = MakeFrame(AV_PIX_FMT_YUV420P, 320, 240, g_yuvRed601, g_yuvBlue601);
+    QVERIFY(pOutput->Show(pFrame.get()));
+    QString qstrWrong = Mismatch(pWidget->grabFramebuffer(),
+                                 {{{40, 90}, g_black}, {{320, 90}, g_red}, {{320, 270}, g_blue}});
+    QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+    pFrame->sample_aspect_ratio = AVRational{4, 3};
+    QVERIFY(pOutput->Show(pFrame.get()));
+    qstrWrong = Mismatch(pWidget->grabFramebuffer(), {{{40, 90}, g_red}, {{600, 270}, g_blue}});
+    QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+
+    pOutput->Clear();
+    qstrWrong = Mismatch(pWidget->grabFramebuffer(), {{{320, 90}, g_black}});
+    QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+
+    // Once the module released the widget, the output refuses instead of
+    // writing into freed memory.
+    QCOMPARE(QGL_Release(pHandle), 0);
+    QVERIFY(!pOutput->Show(pFrame.get()));
+    pOutput->Clear();
+    pOutput->Refresh();
+}
+
+void TestVideoOutput::nativeWindowFollowsSize()
+{
+    QWidget window;
+    window.resize(640, 360);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    // As the player does: once the engine draws, the toolkit must not paint over it.
+    window.setUpdatesEnabled(false);
+    const WId id = window.winId();
+    auto grab = [id] { return QGuiApplication::primaryScreen()->grabWindow(id).toImage(); };
+
+    std::unique_ptr<IVideoOutput> pOutput = CreateVideoOutput(static_cast<std::int64_t>(id));
+    FramePtr pFrame = MakeFrame(AV_PIX_FMT_YUV420P, 320, 240, g_yuvRed601, g_yuvBlue601);
+    QVERIFY(pOutput->Show(pFrame.get()));
+    // 4:3 in 640x360: the picture spans x 80..559, red above blue.
+    QString qstrWrong = Mismatch(grab(), {{{40, 180}, g_black},
+                                          {{600, 180}, g_black},
+                                          {{84, 90}, g_red},
+                                          {{555, 270}, g_blue},
+                                          {{320, 2}, g_red},
+                                          {{320, 357}, g_blue}});
+    QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+
+    // Paused and resized taller than wide: a refresh redraws with bars above
+    // and below (picture 360x270 from y 45).
+    window.resize(360, 360);
+    QTRY_COMPARE(window.size(), QSize(360, 360));
+    QTRY_VERIFY2((pOutput->Refresh(), qstrWrong = Mismatch(grab(), {{{180, 20}, g_black},
+                                                                    {{180, 340}, g_black},
+                                                                    {{180, 50}, g_red},
+                                                                    {{180, 310}, g_blue},
+                                                                    {{2, 100}, g_red}}))
+                     .isEmpty(),
+                 qPrintable(qstrWrong));
+
+    // New pictures follow the new size too, with their pixel shape: 4:3
+    // pixels make the same frame 16:9 (360x203 from y 79).
+    pFrame->sample_aspect_ratio = AVRational{4, 3};
+    QVERIFY(pOutput->Show(pFrame.get()));
+    qstrWrong = Mismatch(
+        grab(),
+        {{{180, 70}, g_black}, {{180, 84}, g_red}, {{180, 276}, g_blue}, {{180, 290}, g_black}});
+    QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+
+    // A 709 HD picture converts with its own matrix on the CPU path as well.
+    FramePtr pHd = MakeFrame(AV_PIX_FMT_YUV420P, 1280, 720, g_yuvRed709, g_yuvRed709);
+    QVERIFY(pOutput->Show(pHd.get()));
+    qstrWrong = Mismatch(grab(), {{{180, 180}, g_red}});
+    QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+
+    pOutput->Clear();
+    qstrWrong = Mismatch(grab(), {{{180, 180}, g_black}, {{5, 5}, g_black}});
+    QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+}
+
+void TestVideoOutput::nativeWindowFailures()
+{
+    FramePtr pFrame = MakeFrame(AV_PIX_FMT_YUV420P, 64, 48, g_yuvRed601, g_yuvRed601);
+
+    // Ids that name no window (one past 32 bits cannot be an X id at all).
+    for (std::int64_t i64Id :
+         {std::int64_t(0x7ffffff1), std::int64_t(0x100000001LL), std::int64_t(-5)}) {
+        std::unique_ptr<IVideoOutput> pOutput = CreateVideoOutput(i64Id);
+        QVERIFY(pOutput);
+        QVERIFY(!pOutput->Show(pFrame.get()));
+        pOutput->Refresh();
+        pOutput->Clear();
+    }
+
+    // The window goes away under a playing engine.
+    auto pWindow = std::make_unique<QWidget>();
+    pWindow->resize(200, 150);
+    pWindow->show();
+    QVERIFY(QTest::qWaitForWindowExposed(pWindow.get()));
+    std::unique_ptr<IVideoOutput> pOutput =
+        CreateVideoOutput(static_cast<std::int64_t>(pWindow->winId()));
+    QVERIFY(pOutput->Show(pFrame.get()));
+    pWindow.reset();
+    QTRY_VERIFY(!pOutput->Show(pFrame.get()));
+    pOutput->Refresh();
+
+    // Frames without a picture are refused, not drawn.
+    QWidget window;
+    window.resize(200, 150);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    pOutput = CreateVideoOutput(static_cast<std::int64_t>(window.winId()));
+    FramePtr pEmpty(av_frame_alloc());
+    QVERIFY(!pOutput->Show(pEmpty.get()));
+    QVERIFY(!pOutput->Show(nullptr));
+    QVERIFY(pOutput->Show(pFrame.get()));
+}
+
+QTEST_MAIN(TestVideoOutput)
+#include "tst_VideoOutput.moc"
