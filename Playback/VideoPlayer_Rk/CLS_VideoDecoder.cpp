@@ -93,7 +93,13 @@ bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacke
             break;
         }
         if (pPacket->stream_index == _source.VideoIndex()) {
-            Feed(pPacket);
+            // Recordings cut in mid-group start with pictures that refer to
+            // ones we never get: begin at the first keyframe.
+            const bool blKey = (pPacket->flags & AV_PKT_FLAG_KEY) != 0;
+            if (!m_blWaitKey || blKey || ++m_iSkippedForKey >= kMaxSkipForKey) {
+                m_blWaitKey = false;
+                Feed(pPacket);
+            }
             av_packet_unref(pPacket);
         } else if (pPacket->stream_index == _source.AudioIndex()) {
             _vecAudio.push_back(av_packet_clone(pPacket));

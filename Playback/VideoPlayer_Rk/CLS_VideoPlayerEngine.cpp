@@ -9,6 +9,10 @@
 #include "CLS_PlaybackSession.h"
 #include "output/IVideoOutput.h"
 
+extern "C" {
+#include <libavutil/log.h>
+}
+
 namespace RK_Framework::VideoPlayer {
 
 namespace {
@@ -34,7 +38,13 @@ double SpeedOf(int _iIndex)
 
 }  // namespace
 
-CLS_VideoPlayerEngine::CLS_VideoPlayerEngine() = default;
+CLS_VideoPlayerEngine::CLS_VideoPlayerEngine()
+{
+    // Recorder files are full of damage FFmpeg complains about on every
+    // packet; the engine conceals it, and the host's console stays readable.
+    static std::once_flag s_onceLog;
+    std::call_once(s_onceLog, [] { av_log_set_level(AV_LOG_FATAL); });
+}
 
 CLS_VideoPlayerEngine::~CLS_VideoPlayerEngine()
 {

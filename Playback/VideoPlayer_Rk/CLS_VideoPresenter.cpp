@@ -125,8 +125,8 @@ bool CLS_VideoPresenter::WaitForSerial(int _iSerial, int _iTimeoutMs)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     return m_cvDone.wait_for(lock, std::chrono::milliseconds(_iTimeoutMs), [&] {
-        return m_iShownSerial.load() == _iSerial || m_state.m_blAbort.load();
-    }) && m_iShownSerial.load() == _iSerial;
+        return m_iShownSerial.load() >= _iSerial || m_state.m_blAbort.load();
+    }) && m_iShownSerial.load() >= _iSerial;
 }
 
 double CLS_VideoPresenter::MasterTime()

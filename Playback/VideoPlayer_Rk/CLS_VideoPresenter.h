@@ -55,7 +55,7 @@ public:
     bool StepForward();
     // Shows the picture before the one on screen if the step cache has it.
     bool StepBackFromCache();
-    // Waits until a picture of _iSerial is on screen.
+    // Waits until a picture of _iSerial (or a later one) is on screen.
     bool WaitForSerial(int _iSerial, int _iTimeoutMs);
 
     int ShownSerial() const { return m_iShownSerial.load(); }

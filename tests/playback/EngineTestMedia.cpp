@@ -1,0 +1,72 @@
+#include "EngineTestMedia.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include "QuillTestSupport.h"
+
+extern "C" {
+#include <libavutil/frame.h>
+}
+
+namespace QuillTest {
+
+namespace {
+constexpr int kBlock = 32;
+constexpr int kBits = 10;
+}  // namespace
+
+QString MakeClip(const QString& _qstrDir, const ST_ClipSpec& _stSpec)
+{
+    const QString qstrPath = QDir(_qstrDir).filePath(_stSpec.m_qstrName);
+    if (QFileInfo::exists(qstrPath)) return qstrPath;
+    const QString qstrSize =
+        QString::number(_stSpec.m_iWidth) + QLatin1Char('x') + QString::number(_stSpec.m_iHeight);
+    const QString qstrSeconds = QString::number(_stSpec.m_dSeconds);
+    QStringList qlstArgs{QStringLiteral("-v"),
+                         QStringLiteral("error"),
+                         QStringLiteral("-y"),
+                         QStringLiteral("-f"),
+                         QStringLiteral("lavfi"),
+                         QStringLiteral("-i"),
+                         QStringLiteral("testsrc2=size=%1:rate=%2:duration=%3")
+                             .arg(qstrSize)
+                             .arg(_stSpec.m_iFps)
+                             .arg(qstrSeconds)};
+    if (!_stSpec.m_qlstAudioArgs.isEmpty())
+        qlstArgs
+            << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")
+            << QStringLiteral("sine=frequency=1000:sample_rate=48000:duration=%1").arg(qstrSeconds);
+    // Bit b of the picture number decides the block at x = 32b..32b+31 of the
+    // top 32 rows; chroma there is neutral so any pixel format reads alike.
+    qlstArgs << QStringLiteral("-vf")
+             << QStringLiteral(
+                    "geq=lum='if(lt(Y,%1),if(mod(floor(N/pow(2,floor(X/%1))),2),235,16),lum(X,Y))'"
+                    ":cb='if(lt(Y,%2),128,cb(X,Y))':cr='if(lt(Y,%2),128,cr(X,Y))'")
+                    .arg(kBlock)
+                    .arg(kBlock / 2);
+    qlstArgs << _stSpec.m_qlstVideoArgs << _stSpec.m_qlstAudioArgs << _stSpec.m_qlstFormatArgs
+             << qstrPath;
+    QByteArray qbaOutput;
+    if (RunProgram(QStringLiteral("ffmpeg"), qlstArgs, &qbaOutput) != 0) {
+        qWarning("ffmpeg failed for %s: %s", qPrintable(_stSpec.m_qstrName), qbaOutput.constData());
+        return QString();
+    }
+    return qstrPath;
+}
+
+int FrameNumberOf(const AVFrame* _pFrame)
+{
+    if (!_pFrame || !_pFrame->data[0] || _pFrame->width < kBlock * kBits ||
+        _pFrame->height < kBlock)
+        return -1;
+    const uint8_t* pRow =
+        _pFrame->data[0] + static_cast<std::ptrdiff_t>(kBlock / 2) * _pFrame->linesize[0];
+    int iNumber = 0;
+    for (int iBit = 0; iBit < kBits; ++iBit) {
+        if (pRow[iBit * kBlock + kBlock / 2] > 128) iNumber |= 1 << iBit;
+    }
+    return iNumber;
+}
+
+}  // namespace QuillTest

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+struct AVFrame;
+
+namespace QuillTest {
+
+// Clips for the engine tests, made with the ffmpeg command line. Every
+// picture carries its own number in the top band (ten black/white blocks,
+// least significant bit on the left), so a test can tell which picture is on
+// screen from its pixels alone.
+struct ST_ClipSpec
+{
+    QString m_qstrName;            // file name, suffix included
+    QStringList m_qlstVideoArgs;   // encoder options, e.g. {"-c:v", "libx264"}
+    QStringList m_qlstAudioArgs;   // empty: no sound
+    QStringList m_qlstFormatArgs;  // e.g. {"-f", "mpeg"}
+    int m_iWidth = 320;
+    int m_iHeight = 240;
+    int m_iFps = 25;
+    double m_dSeconds = 4.0;
+};
+
+// Makes the clip in _qstrDir; the path, or an empty string on failure.
+QString MakeClip(const QString& _qstrDir, const ST_ClipSpec& _stSpec);
+
+// The number the picture carries; -1 when the band cannot be read.
+int FrameNumberOf(const AVFrame* _pFrame);
+
+}  // namespace QuillTest

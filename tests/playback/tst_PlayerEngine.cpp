@@ -1,0 +1,464 @@
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLibrary>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+#include <memory>
+
+#include "CLS_VideoPlayerEngine.h"
+#include "EngineTestMedia.h"
+#include "QuillTestSupport.h"
+
+using RK_Framework::VideoPlayer::CLS_Player_Rk;
+using RK_Framework::VideoPlayer::CLS_VideoPlayerEngine;
+using RK_Framework::VideoPlayer::ST_PlayerEventCallback;
+
+namespace {
+
+// What one player showed and reported, written from its threads.
+struct ST_Probe
+{
+    std::atomic<int> m_iLast{-1};
+    std::atomic<int> m_iShown{0};
+    std::atomic<int> m_iEnds{0};
+    std::atomic<int> m_iOtherEvents{0};
+    std::atomic<bool> m_blEndOnGuiThread{false};
+    std::atomic<CLS_Player_Rk*> m_pRaisedBy{nullptr};
+    QThread* m_pGuiThread = QThread::currentThread();
+};
+
+void OnEvent(void* _pUser, CLS_Player_Rk* _pPlayer, int _iType)
+{
+    auto* pProbe = static_cast<ST_Probe*>(_pUser);
+    pProbe->m_pRaisedBy = _pPlayer;
+    if (_iType == 81) {
+        ++pProbe->m_iEnds;
+        if (QThread::currentThread() == pProbe->m_pGuiThread) pProbe->m_blEndOnGuiThread = true;
+    } else {
+        ++pProbe->m_iOtherEvents;
+    }
+}
+
+int ThreadCount()
+{
+    return QDir(QStringLiteral("/proc/self/task"))
+        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+        .size();
+}
+
+}  // namespace
+
+class TestPlayerEngine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void opensEachFormat_data();
+    void opensEachFormat();
+    void refusesBadFiles();
+    void stepsFrameExactly_data();
+    void stepsFrameExactly();
+    void seeksWhilePaused_data();
+    void seeksWhilePaused();
+    void speedSteps();
+    void endOfFileOnce_data();
+    void endOfFileOnce();
+    void recorderFilesPlayThrough_data();
+    void recorderFilesPlayThrough();
+    void destroyWhilePlayingIsPrompt();
+    void factoryMakesWorkingPlayer();
+
+private:
+    std::unique_ptr<CLS_VideoPlayerEngine> MakePlayer(ST_Probe& _stProbe);
+    QString Clip(const char* _pName) const { return m_qtmpDir.filePath(QLatin1String(_pName)); }
+
+    QTemporaryDir m_qtmpDir;
+    ST_PlayerEventCallback m_stCallback;
+};
+
+std::unique_ptr<CLS_VideoPlayerEngine> TestPlayerEngine::MakePlayer(ST_Probe& _stProbe)
+{
+    auto pPlayer = std::make_unique<CLS_VideoPlayerEngine>();
+    m_stCallback = ST_PlayerEventCallback{&_stProbe, &OnEvent};
+    pPlayer->SetEventCallback(&m_stCallback);
+    pPlayer->Init();
+    pPlayer->SetFrameObserver([&_stProbe](const AVFrame* _pFrame) {
+        _stProbe.m_iLast = QuillTest::FrameNumberOf(_pFrame);
+        ++_stProbe.m_iShown;
+    });
+    return pPlayer;
+}
+
+void TestPlayerEngine::initTestCase()
+{
+    QVERIFY(m_qtmpDir.isValid());
+    using QuillTest::ST_ClipSpec;
+    const QString qstrDir = m_qtmpDir.path();
+    const QStringList qlstAac{"-c:a", "aac"};
+    const QStringList qlstX264{"-c:v", "libx264",     "-preset",  "veryfast",      "-g",
+                               "10",   "-keyint_min", "10",       "-sc_threshold", "0",
+                               "-bf",  "2",           "-pix_fmt", "yuv420p"};
+    const QStringList qlstPs{"-f", "mpeg"};
+    QList<ST_ClipSpec> lstSpecs;
+    lstSpecs << ST_ClipSpec{"h264.mp4", qlstX264, qlstAac, {}, 320, 240, 25, 4.0};
+    lstSpecs << ST_ClipSpec{"hevc.mp4",
+                            {"-c:v", "libx265", "-preset", "ultrafast", "-x265-params",
+                             "keyint=10:min-keyint=10:scenecut=0:log-level=error", "-pix_fmt",
+                             "yuv420p", "-tag:v", "hvc1"},
+                            qlstAac,
+                            {},
+                            320,
+                            240,
+                            25,
+                            4.0};
+    lstSpecs << ST_ClipSpec{"mpeg4.avi",
+                            {"-c:v", "mpeg4", "-q:v", "3", "-g", "10"},
+                            {"-c:a", "libmp3lame"},
+                            {},
+                            320,
+                            240,
+                            25,
+                            4.0};
+    lstSpecs << ST_ClipSpec{
+        "mjpeg.avi", {"-c:v", "mjpeg", "-q:v", "3"}, {"-c:a", "pcm_s16le"}, {}, 320, 240, 25, 4.0};
+    lstSpecs << ST_ClipSpec{"mpeg2.ps",
+                            {"-c:v", "mpeg2video", "-q:v", "3", "-g", "10", "-bf", "2"},
+                            {"-c:a", "mp2"},
+                            qlstPs,
+                            320,
+                            240,
+                            25,
+                            4.0};
+    lstSpecs << ST_ClipSpec{"short.mp4", qlstX264, qlstAac, {}, 320, 240, 25, 2.0};
+    // Recorder exports: H.264 in a program stream with a clock that starts
+    // ten hours in; a low frame rate at an odd size.
+    lstSpecs << ST_ClipSpec{"rec_offset.ps",
+                            qlstX264,
+                            {"-c:a", "mp2"},
+                            {"-output_ts_offset", "36000", "-f", "mpeg"},
+                            320,
+                            240,
+                            25,
+                            2.0};
+    lstSpecs << ST_ClipSpec{"rec_lowfps.mp4", qlstX264, {}, {}, 326, 186, 2, 4.0};
+    lstSpecs << ST_ClipSpec{"rec_part1.ps", qlstX264, {}, qlstPs, 320, 240, 25, 1.0};
+    lstSpecs << ST_ClipSpec{"rec_part2.ps",
+                            qlstX264,
+                            {},
+                            {"-output_ts_offset", "3600", "-f", "mpeg"},
+                            320,
+                            240,
+                            25,
+                            1.0};
+    lstSpecs << ST_ClipSpec{"rec_full.ps", qlstX264, {}, qlstPs, 320, 240, 25, 3.0};
+    for (const ST_ClipSpec& stSpec : lstSpecs)
+        QVERIFY2(!QuillTest::MakeClip(qstrDir, stSpec).isEmpty(), qPrintable(stSpec.m_qstrName));
+
+    QVERIFY(QFile::copy(Clip("h264.mp4"), Clip("plain.sdv")));
+    // Two recordings joined, the second one's clock an hour later.
+    QFile qfJoined(Clip("rec_joined.ps"));
+    QVERIFY(qfJoined.open(QIODevice::WriteOnly));
+    for (const char* pPart : {"rec_part1.ps", "rec_part2.ps"}) {
+        QFile qfPart(Clip(pPart));
+        QVERIFY(qfPart.open(QIODevice::ReadOnly));
+        qfJoined.write(qfPart.readAll());
+    }
+    qfJoined.close();
+    // Power lost mid-recording: the tail is cut off mid-packet.
+    QFile qfFull(Clip("rec_full.ps"));
+    QVERIFY(qfFull.open(QIODevice::ReadOnly));
+    const QByteArray qbaFull = qfFull.readAll();
+    QFile qfCut(Clip("rec_cut.ps"));
+    QVERIFY(qfCut.open(QIODevice::WriteOnly));
+    qfCut.write(qbaFull.left(qbaFull.size() * 6 / 10 + 77));
+    qfCut.close();
+    QFile qfTrunc(Clip("truncated.mp4"));
+    QFile qfH264(Clip("h264.mp4"));
+    QVERIFY(qfH264.open(QIODevice::ReadOnly) && qfTrunc.open(QIODevice::WriteOnly));
+    qfTrunc.write(qfH264.read(qfH264.size() / 2));
+    qfTrunc.close();
+    QFile qfGarbage(Clip("garbage.mp4"));
+    QVERIFY(qfGarbage.open(QIODevice::WriteOnly));
+    QByteArray qbaNoise(64 * 1024, Qt::Uninitialized);
+    for (int i = 0; i < qbaNoise.size(); ++i)
+        qbaNoise[i] = static_cast<char>((i * 7919 + 13) >> 3);
+    qfGarbage.write(qbaNoise);
+    qfGarbage.close();
+    QFile qfEmpty(Clip("empty.avi"));
+    QVERIFY(qfEmpty.open(QIODevice::WriteOnly));
+}
+
+void TestPlayerEngine::opensEachFormat_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("total");
+    QTest::newRow("mp4 H.264 AAC") << "h264.mp4" << 4;
+    QTest::newRow("mp4 H.265 AAC") << "hevc.mp4" << 4;
+    QTest::newRow("avi MPEG-4 MP3") << "mpeg4.avi" << 4;
+    QTest::newRow("avi MJPEG PCM") << "mjpeg.avi" << 4;
+    QTest::newRow("ps MPEG-2 MP2") << "mpeg2.ps" << 4;
+    QTest::newRow("sdv plain") << "plain.sdv" << 4;
+}
+
+void TestPlayerEngine::opensEachFormat()
+{
+    QFETCH(QString, name);
+    QFETCH(int, total);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY2(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()), pPlayer->LastError().c_str());
+    QCOMPARE(pPlayer->IsBusy(), 1);
+    QCOMPARE(pPlayer->GetTotalTime(), total);
+    QCOMPARE(pPlayer->GetPlayedTime(), 0);
+    QVERIFY(pPlayer->Play(0));
+    // The first picture of the file is the first one shown, and playing on
+    // moves forward.
+    QTRY_VERIFY(stProbe.m_iShown.load() >= 1);
+    QCOMPARE(stProbe.m_iLast.load() >= 0, true);
+    QTRY_VERIFY(stProbe.m_iLast.load() >= 5);
+    QVERIFY(pPlayer->Stop());
+    QCOMPARE(pPlayer->IsBusy(), 0);
+    QCOMPARE(pPlayer->GetPlayHandle(), 0);
+    QCOMPARE(pPlayer->GetTotalTime(), -1);
+}
+
+void TestPlayerEngine::refusesBadFiles()
+{
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->Stop());  // nothing open is not a failure
+    for (const char* pName : {"missing.mp4", "garbage.mp4", "truncated.mp4", "empty.avi"}) {
+        QVERIFY2(!pPlayer->OpenFile(Clip(pName).toStdString()), pName);
+        QVERIFY2(!pPlayer->LastError().empty(), pName);
+        QCOMPARE(pPlayer->IsBusy(), 0);
+        QCOMPARE(pPlayer->GetTotalTime(), -1);
+        QVERIFY(!pPlayer->SetPlayPos(50));
+        QVERIFY(!pPlayer->StepForward());
+        QVERIFY(!pPlayer->Pause(true));
+    }
+    QVERIFY(!pPlayer->OpenFile(std::string()));
+    // A bad file after a good one leaves nothing open.
+    QVERIFY(pPlayer->OpenFile(Clip("short.mp4").toStdString()));
+    QVERIFY(!pPlayer->OpenFile(Clip("garbage.mp4").toStdString()));
+    QCOMPARE(pPlayer->IsBusy(), 0);
+    QCOMPARE(stProbe.m_iShown.load(), 0);
+}
+
+void TestPlayerEngine::stepsFrameExactly_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("mp4 H.264 with B-frames") << "h264.mp4";
+    QTest::newRow("ps MPEG-2") << "mpeg2.ps";
+    QTest::newRow("avi MPEG-4") << "mpeg4.avi";
+}
+
+void TestPlayerEngine::stepsFrameExactly()
+{
+    QFETCH(QString, name);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()));
+    QVERIFY(pPlayer->Play(0));
+    QTRY_VERIFY(stProbe.m_iShown.load() >= 1);
+    QVERIFY(pPlayer->Pause(true));
+    QVERIFY(!pPlayer->Pause(true));
+
+    // Land on the keyframe at 2 s (picture 50), then go back over the group
+    // boundary and forward again.
+    QVERIFY(pPlayer->SetPlayPos(50));
+    QTRY_COMPARE(stProbe.m_iLast.load(), 50);
+    for (int iExpected = 49; iExpected >= 37; --iExpected) {
+        QVERIFY(pPlayer->StepBack());
+        QCOMPARE(stProbe.m_iLast.load(), iExpected);
+    }
+    for (int iExpected = 38; iExpected <= 52; ++iExpected) {
+        QVERIFY(pPlayer->StepForward());
+        QCOMPARE(stProbe.m_iLast.load(), iExpected);
+    }
+    QCOMPARE(pPlayer->GetPlayedTime(), 2);
+
+    // Down to the first picture, where stepping back is refused.
+    QVERIFY(pPlayer->SetPlayPos(0));
+    QTRY_COMPARE(stProbe.m_iLast.load(), 0);
+    QVERIFY(pPlayer->StepForward());
+    QVERIFY(pPlayer->StepForward());
+    QCOMPARE(stProbe.m_iLast.load(), 2);
+    QVERIFY(pPlayer->StepBack());
+    QVERIFY(pPlayer->StepBack());
+    QCOMPARE(stProbe.m_iLast.load(), 0);
+    QVERIFY(!pPlayer->StepBack());
+    QCOMPARE(stProbe.m_iLast.load(), 0);
+
+    // Stepping left the player paused: nothing moves on by itself.
+    const int iShown = stProbe.m_iShown.load();
+    QTest::qWait(200);
+    QCOMPARE(stProbe.m_iShown.load(), iShown);
+    // And it resumes from where the steps left it.
+    QVERIFY(pPlayer->Pause(false));
+    QTRY_VERIFY(stProbe.m_iLast.load() >= 3);
+}
+
+void TestPlayerEngine::seeksWhilePaused_data()
+{
+    stepsFrameExactly_data();
+    QTest::newRow("mp4 H.265") << "hevc.mp4";
+    QTest::newRow("avi MJPEG") << "mjpeg.avi";
+}
+
+void TestPlayerEngine::seeksWhilePaused()
+{
+    QFETCH(QString, name);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()));
+    QVERIFY(pPlayer->Play(0));
+    QVERIFY(pPlayer->Pause(true));
+    // 100 pictures over 4 s: the picture at p % is number p within one.
+    for (int iPercent : {50, 25, 83, 7}) {
+        QVERIFY(pPlayer->SetPlayPos(iPercent));
+        QTRY_VERIFY2(
+            qAbs(stProbe.m_iLast.load() - iPercent) <= 1,
+            qPrintable(QStringLiteral("%1%% shows %2").arg(iPercent).arg(stProbe.m_iLast.load())));
+    }
+    // A dragged slider: only the last position counts.
+    for (int iPercent = 10; iPercent <= 90; iPercent += 4)
+        QVERIFY(pPlayer->SetPlayPos(iPercent));
+    QVERIFY(pPlayer->SetPlayPos(75));
+    QCOMPARE(pPlayer->GetPlayedTime(), 3);
+    QTRY_COMPARE(stProbe.m_iLast.load(), 75);
+    QTRY_COMPARE(pPlayer->GetPlayedTime(), 3);
+}
+
+void TestPlayerEngine::speedSteps()
+{
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip("h264.mp4").toStdString()));
+    QVERIFY(pPlayer->Play(0));
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(pPlayer->Fast(), 0);
+    QVERIFY(pPlayer->Fast() != 0);
+    QCOMPARE(pPlayer->SpeedIndex(), 8);
+    for (int i = 0; i < 8; ++i)
+        QCOMPARE(pPlayer->Slow(), 0);
+    QVERIFY(pPlayer->Slow() != 0);
+    QCOMPARE(pPlayer->SpeedIndex(), 0);
+    QCOMPARE(pPlayer->NormalSpeed(), 0);
+    QCOMPARE(pPlayer->SpeedIndex(), 4);
+    // Pausing returns to 1X, as the window assumes.
+    QCOMPARE(pPlayer->Fast(), 0);
+    QVERIFY(pPlayer->Pause(true));
+    QCOMPARE(pPlayer->SpeedIndex(), 4);
+}
+
+void TestPlayerEngine::endOfFileOnce_data()
+{
+    QTest::addColumn<int>("fastSteps");
+    QTest::newRow("1X") << 0;
+    QTest::newRow("16X") << 4;
+}
+
+void TestPlayerEngine::endOfFileOnce()
+{
+    QFETCH(int, fastSteps);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip("short.mp4").toStdString()));
+    for (int i = 0; i < fastSteps; ++i)
+        QCOMPARE(pPlayer->Fast(), 0);
+    QElapsedTimer qTimer;
+    qTimer.start();
+    QVERIFY(pPlayer->Play(0));
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 10000);
+    // Not before the last picture had its time (2 s at 1X, 1/8 s at 16X).
+    QVERIFY(qTimer.elapsed() >= (fastSteps == 0 ? 1900 : 100));
+    QCOMPARE(stProbe.m_iLast.load(), 49);
+    QCOMPARE(stProbe.m_pRaisedBy.load(), pPlayer.get());
+    QVERIFY(!stProbe.m_blEndOnGuiThread.load());
+    QCOMPARE(pPlayer->GetPlayedTime(), 1);
+    // The last picture stays and the event is not repeated.
+    QTest::qWait(300);
+    QCOMPARE(stProbe.m_iEnds.load(), 1);
+    QCOMPARE(stProbe.m_iLast.load(), 49);
+    QCOMPARE(stProbe.m_iOtherEvents.load(), 0);
+    // Seeking back starts a new pass that ends once more.
+    QVERIFY(pPlayer->SetPlayPos(90));
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 2, 10000);
+}
+
+void TestPlayerEngine::recorderFilesPlayThrough_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("lastNumber");
+    QTest::addColumn<int>("minShown");
+    QTest::newRow("clock ten hours in") << "rec_offset.ps" << 49 << 40;
+    QTest::newRow("2 fps, 326x186") << "rec_lowfps.mp4" << 7 << 8;
+    QTest::newRow("joined with a jump") << "rec_joined.ps" << 24 << 40;
+    QTest::newRow("tail cut off") << "rec_cut.ps" << -1 << 30;
+}
+
+void TestPlayerEngine::recorderFilesPlayThrough()
+{
+    QFETCH(QString, name);
+    QFETCH(int, lastNumber);
+    QFETCH(int, minShown);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY2(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()), pPlayer->LastError().c_str());
+    QVERIFY(pPlayer->Play(0));
+    QTRY_VERIFY(stProbe.m_iShown.load() >= 1);
+    QCOMPARE(pPlayer->GetPlayedTime(), 0);  // counted from the first picture
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 15000);
+    QVERIFY2(stProbe.m_iShown.load() >= minShown, qPrintable(QString::number(stProbe.m_iShown)));
+    if (lastNumber >= 0) QCOMPARE(stProbe.m_iLast.load(), lastNumber);
+}
+
+void TestPlayerEngine::destroyWhilePlayingIsPrompt()
+{
+    const int iThreadsBefore = ThreadCount();
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip("h264.mp4").toStdString()));
+    QVERIFY(pPlayer->Play(0));
+    QTRY_VERIFY(stProbe.m_iShown.load() >= 5);
+    QVERIFY(ThreadCount() > iThreadsBefore);
+    QElapsedTimer qTimer;
+    qTimer.start();
+    pPlayer.reset();
+    QVERIFY2(qTimer.elapsed() < 500, qPrintable(QString::number(qTimer.elapsed())));
+    QCOMPARE(ThreadCount(), iThreadsBefore);
+}
+
+void TestPlayerEngine::factoryMakesWorkingPlayer()
+{
+    // Through the library file as the module loads it.
+    QLibrary qLibrary(QuillTest::LibraryPath(QStringLiteral("VideoPlayer_Rk")));
+    QVERIFY2(qLibrary.load(), qPrintable(qLibrary.errorString()));
+    using FnCreate = CLS_Player_Rk* (*)(const char*);
+    auto pfnCreate = reinterpret_cast<FnCreate>(qLibrary.resolve("CreateVideoPlayer"));
+    QVERIFY(pfnCreate);
+    std::unique_ptr<CLS_Player_Rk> pPlayer(pfnCreate("."));
+    QVERIFY(pPlayer);
+    ST_Probe stProbe;
+    ST_PlayerEventCallback stCallback{&stProbe, &OnEvent};
+    pPlayer->SetEventCallback(&stCallback);
+    pPlayer->Init();
+    QCOMPARE(pPlayer->IsBusy(), 0);
+    QVERIFY(pPlayer->OpenFile(Clip("short.mp4").toStdString()));
+    QCOMPARE(pPlayer->GetTotalTime(), 2);
+    QCOMPARE(pPlayer->Fast(), 0);
+    QVERIFY(pPlayer->Play(1234));
+    QCOMPARE(pPlayer->GetPlayHandle(), 1234);
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 10000);
+    QVERIFY(pPlayer->Stop());
+    QCOMPARE(pPlayer->GetPlayHandle(), 0);
+    pPlayer.reset();
+}
+
+QTEST_GUILESS_MAIN(TestPlayerEngine)
+#include "tst_PlayerEngine.moc"
