@@ -1,0 +1,154 @@
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "CLS_VideoPlayerEngine.h"
+#include "EngineTestMedia.h"
+
+using RK_Framework::VideoPlayer::CLS_VideoPlayerEngine;
+
+namespace {
+
+// The disk driver writes what the card would play: signed 16-bit samples at
+// the rate the clip has (48 kHz, one channel), one buffer per callback.
+constexpr qint64 kBytesPerSecond = 48000 * 2;
+// Samples still on their way when a setting changes: two buffers.
+constexpr qint64 kSettle = 2 * 1024 * 2 * 2;
+
+struct ST_Level
+{
+    double m_dRms = 0.0;
+    int m_iPeak = 0;
+};
+
+qint64 FileSize(const QString& _qstrPath)
+{
+    return QFileInfo(_qstrPath).size();
+}
+
+ST_Level LevelOf(const QString& _qstrPath, qint64 _i64From, qint64 _i64To)
+{
+    ST_Level stLevel;
+    QFile qfFile(_qstrPath);
+    if (!qfFile.open(QIODevice::ReadOnly) || !qfFile.seek(_i64From & ~qint64(1))) return stLevel;
+    const QByteArray qbaData = qfFile.read(_i64To - _i64From);
+    const int iCount = qbaData.size() / 2;
+    double dSum = 0.0;
+    for (int i = 0; i < iCount; ++i) {
+        qint16 sSample;
+        std::memcpy(&sSample, qbaData.constData() + 2 * i, 2);
+        dSum += double(sSample) * sSample;
+        stLevel.m_iPeak = std::max(stLevel.m_iPeak, std::abs(int(sSample)));
+    }
+    stLevel.m_dRms = iCount > 0 ? std::sqrt(dSum / iCount) : 0.0;
+    return stLevel;
+}
+
+}  // namespace
+
+class TestPlayerSound : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void toneFollowsSoundSettings();
+    void noSoundDeviceStillPlays();
+
+private:
+    // Records _qstrSeconds of output from now on; what was heard.
+    ST_Level Listen(double _dSeconds);
+
+    QTemporaryDir m_qtmpDir;
+    QString m_qstrClip;
+    QString m_qstrOut;
+};
+
+void TestPlayerSound::initTestCase()
+{
+    QVERIFY(m_qtmpDir.isValid());
+    QuillTest::ST_ClipSpec stSpec{"tone.mp4",
+                                  {"-c:v", "libx264", "-preset", "veryfast", "-pix_fmt", "yuv420p"},
+                                  {"-c:a", "aac"},
+                                  {},
+                                  320,
+                                  240,
+                                  25,
+                                  10.0};
+    m_qstrClip = QuillTest::MakeClip(m_qtmpDir.path(), stSpec);
+    QVERIFY(!m_qstrClip.isEmpty());
+    m_qstrOut = m_qtmpDir.filePath(QStringLiteral("card.raw"));
+}
+
+ST_Level TestPlayerSound::Listen(double _dSeconds)
+{
+    const qint64 i64From = FileSize(m_qstrOut) + kSettle;
+    const qint64 i64To = i64From + qint64(_dSeconds * kBytesPerSecond);
+    [&] { QTRY_VERIFY_WITH_TIMEOUT(FileSize(m_qstrOut) >= i64To, 10000); }();
+    return LevelOf(m_qstrOut, i64From, i64To);
+}
+
+void TestPlayerSound::toneFollowsSoundSettings()
+{
+    qputenv("SDL_AUDIODRIVER", "disk");
+    qputenv("SDL_DISKAUDIOFILE", m_qstrOut.toLocal8Bit());
+    qunsetenv("SDL_DISKAUDIODELAY");  // the card's own pace, so the clock is real
+    CLS_VideoPlayerEngine stPlayer;
+    QVERIFY(stPlayer.OpenFile(m_qstrClip.toStdString()));
+    QVERIFY(stPlayer.OpenSound());
+    QVERIFY(stPlayer.SetVolume(50));
+    QVERIFY(stPlayer.Play(0));
+
+    // A 1 kHz tone at an eighth of full scale, played at half volume.
+    ST_Level stLevel = Listen(0.5);
+    QVERIFY2(stLevel.m_dRms > 800 && stLevel.m_dRms < 2500,
+             qPrintable(QString::number(stLevel.m_dRms)));
+
+    QVERIFY(stPlayer.CloseSound());
+    QCOMPARE(Listen(0.3).m_iPeak, 0);
+
+    QVERIFY(stPlayer.OpenSound());
+    QVERIFY(stPlayer.SetVolume(0));
+    QCOMPARE(Listen(0.3).m_iPeak, 0);
+
+    // Louder means louder: full volume doubles the level of half volume.
+    QVERIFY(stPlayer.SetVolume(100));
+    stLevel = Listen(0.3);
+    QVERIFY2(stLevel.m_dRms > 1600, qPrintable(QString::number(stLevel.m_dRms)));
+
+    QVERIFY(stPlayer.Pause(true));
+    QCOMPARE(Listen(0.3).m_iPeak, 0);
+    QVERIFY(stPlayer.Pause(false));
+    QVERIFY(Listen(0.3).m_dRms > 1600);
+
+    // Sound is for 1X only.
+    QCOMPARE(stPlayer.Fast(), 0);
+    QCOMPARE(Listen(0.3).m_iPeak, 0);
+    QCOMPARE(stPlayer.NormalSpeed(), 0);
+    QVERIFY(Listen(0.3).m_dRms > 1600);
+}
+
+void TestPlayerSound::noSoundDeviceStillPlays()
+{
+    qputenv("SDL_AUDIODRIVER", "no-such-driver");
+    std::atomic<int> iShown{0};
+    CLS_VideoPlayerEngine stPlayer;
+    stPlayer.SetFrameObserver([&iShown](const AVFrame*) { ++iShown; });
+    QVERIFY(stPlayer.OpenFile(m_qstrClip.toStdString()));
+    QVERIFY(!stPlayer.OpenSound());
+    QVERIFY(!stPlayer.SetVolume(50));
+    QVERIFY(!stPlayer.CloseSound());
+    QVERIFY(stPlayer.Play(0));
+    QTRY_VERIFY(iShown.load() >= 10);
+    QVERIFY(stPlayer.GetPlayedTime() >= 0);
+}
+
+QTEST_GUILESS_MAIN(TestPlayerSound)
+#include "tst_PlayerSound.moc"
