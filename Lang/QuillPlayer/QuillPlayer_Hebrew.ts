@@ -216,7 +216,7 @@
     </message>
     <message>
         <source>msg_failed_play_video</source>
-        <translation>הפעלת הווידאו נכשלה.</translation>
+        <translation>ניגון הווידאו נכשל.</translation>
     </message>
     <message>
         <source>msg_setting_time_error</source>

@@ -780,7 +780,7 @@ TRANSLATIONS = {
         "lab_notice": "הודעה",
         "lab_error_getvideotime": "לא ניתן לקרוא את אורך הווידאו.",
         "msg_path_not_exist": "נתיב הווידאו ריק.",
-        "msg_failed_play_video": "הפעלת הווידאו נכשלה.",
+        "msg_failed_play_video": "ניגון הווידאו נכשל.",
         "msg_setting_time_error": "זמן ההתחלה אינו תקין, הניגון יתחיל מההתחלה.",
         "msg_function_notallow": "פונקציה זו אינה זמינה לווידאו זה.",
         "msg_videodecrpt_notice": "וידאו מוצפן",
