@@ -172,10 +172,12 @@ void CLS_WgtHistroyList::UpdateResult()
     const QByteArray qbaContent = QJsonDocument(jsonRoot).toJson(QJsonDocument::Indented);
 
     // Written beside the old file and renamed over it: a crash or a full disk
-    // leaves the old history or the new one, never half of one.
+    // leaves the old history or the new one, never half of one. The explicit
+    // flush matters: commit() misses a buffered tail that failed to reach the
+    // disk and would rename a torn file into place.
     QSaveFile file(HistroyFilePath());
     if (file.open(QIODevice::WriteOnly) && file.write(qbaContent) == qbaContent.size() &&
-        file.commit()) {
+        file.flush() && file.commit()) {
         PLAYER_LOG(1) << " Add Histroy Success!";
         return;
     }
