@@ -205,6 +205,9 @@ void CLS_WgtHistroyList::AddRow(const QString& _qstrPath)
             &CLS_WgtHistroyList::SlotItelBtnClicked, Qt::UniqueConnection);
     connect(pRow, &CLS_WgtPlayerListItem::SignTextDoubleCliced, this,
             &CLS_WgtHistroyList::SlotTextDoubleClicked);
+    // The row's size comes from the skin: polish first, or the text edit's
+    // unstyled size hint (some 190 px tall) would size the item.
+    pRow->ensurePolished();
     pItem->setSizeHint(pRow->sizeHint());
     ui->listWidget->setItemWidget(pItem, pRow);
 }
@@ -305,6 +308,14 @@ void CLS_WgtHistroyList::SetStyleSheetByFile(const QString& _qstrPath)
     QFile file(_qstrPath);
     if (file.open(QIODevice::ReadOnly)) {
         setStyleSheet(QString::fromUtf8(file.readAll()));
+        // Rows built before the sheet was set take their size from it now.
+        for (int i = 0; i < ui->listWidget->count(); ++i) {
+            QListWidgetItem* pItem = ui->listWidget->item(i);
+            if (QWidget* pRow = ui->listWidget->itemWidget(pItem)) {
+                pRow->ensurePolished();
+                pItem->setSizeHint(pRow->sizeHint());
+            }
+        }
         PLAYER_LOG(1) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading finished";
         file.close();
     } else {
