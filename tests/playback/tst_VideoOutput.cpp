@@ -2,6 +2,7 @@
 // into a QGLRender widget, into a plain native window, and into nothing.
 
 #include <QGuiApplication>
+#include <QHBoxLayout>
 #include <QOpenGLWidget>
 #include <QScreen>
 #include <QWidget>
@@ -249,13 +250,20 @@ void TestVideoOutput::renderWidgetAspectAndRelease()
 
 void TestVideoOutput::nativeWindowFollowsSize()
 {
-    QWidget window;
-    window.resize(640, 360);
-    window.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&window));
-    // As the player does: once the engine draws, the toolkit must not paint over it.
-    window.setUpdatesEnabled(false);
-    const WId id = window.winId();
+    // As in the player: a plain child widget in a layout is the surface, and
+    // its native window id is the play handle.
+    QWidget top;
+    auto* pLayout = new QHBoxLayout(&top);
+    pLayout->setContentsMargins(0, 0, 0, 0);
+    auto* pSurface = new QWidget(&top);
+    pLayout->addWidget(pSurface);
+    const WId id = pSurface->winId();
+    top.resize(640, 360);
+    top.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&top));
+    QTRY_COMPARE(pSurface->size(), QSize(640, 360));
+    // Once the engine draws, the toolkit must not paint over it.
+    pSurface->setUpdatesEnabled(false);
     auto grab = [id] { return QGuiApplication::primaryScreen()->grabWindow(id).toImage(); };
 
     std::unique_ptr<IVideoOutput> pOutput = CreateVideoOutput(static_cast<std::int64_t>(id));
@@ -272,8 +280,8 @@ void TestVideoOutput::nativeWindowFollowsSize()
 
     // Paused and resized taller than wide: a refresh redraws with bars above
     // and below (picture 360x270 from y 45).
-    window.resize(360, 360);
-    QTRY_COMPARE(window.size(), QSize(360, 360));
+    top.resize(360, 360);
+    QTRY_COMPARE(pSurface->size(), QSize(360, 360));
     QTRY_VERIFY2((pOutput->Refresh(), qstrWrong = Mismatch(grab(), {{{180, 20}, g_black},
                                                                     {{180, 340}, g_black},
                                                                     {{180, 50}, g_red},
@@ -290,6 +298,22 @@ void TestVideoOutput::nativeWindowFollowsSize()
         grab(),
         {{{180, 70}, g_black}, {{180, 84}, g_red}, {{180, 276}, g_blue}, {{180, 290}, g_black}});
     QVERIFY2(qstrWrong.isEmpty(), qPrintable(qstrWrong));
+
+    // Another window covers part of the picture and goes away: the window
+    // system asks for the content again, and a refresh supplies it.
+    {
+        QWidget cover;
+        cover.setStyleSheet(QStringLiteral("background: rgb(0, 255, 0)"));
+        cover.setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+        cover.setGeometry(QRect(pSurface->mapToGlobal(QPoint(0, 0)), QSize(360, 360)));
+        cover.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&cover));
+    }
+    QTRY_VERIFY2((pOutput->Refresh(),
+                  qstrWrong = Mismatch(
+                      grab(), {{{180, 70}, g_black}, {{180, 84}, g_red}, {{180, 276}, g_blue}}))
+                     .isEmpty(),
+                 qPrintable(qstrWrong));
 
     // A 709 HD picture converts with its own matrix on the CPU path as well.
     FramePtr pHd = MakeFrame(AV_PIX_FMT_YUV420P, 1280, 720, g_yuvRed709, g_yuvRed709);
