@@ -504,6 +504,8 @@ void TestControlBar::rendersInEachSkin()
     if (!QFile::exists(qstrSkinDir + QStringLiteral("/ModuleKoPlayer/qss/ModuleKoPlayer.qss")))
         QSKIP("this skin has no player style sheet yet");
 
+    // The speed list's colours come from the active skin's palette.
+    QVERIFY(KoService::SetParam("SystemConfig", "skin", skin.toStdString()));
     SkinnedBar skinned(qstrSkinDir);
     CLS_WgtPlayerControlBar& bar = *skinned.pBar;
     skinned.dialog.show();
@@ -531,6 +533,14 @@ void TestControlBar::rendersInEachSkin()
                                 skin + QStringLiteral(".png");
         QVERIFY(skinned.dialog.grab().save(qstrPng));
         qInfo("rendered %s", qPrintable(qstrPng));
+        auto* pCombo = Child<QComboBox>(bar, "comboBox_speedinfo");
+        pCombo->showPopup();
+        QWidget* pList = pCombo->view()->window();
+        QTRY_VERIFY(pList->isVisible());
+        QCoreApplication::processEvents();
+        QVERIFY(pList->grab().save(QString::fromLocal8Bit(qbaDir) + QStringLiteral("/speedlist_") +
+                                   skin + QStringLiteral(".png")));
+        pCombo->hidePopup();
     }
 }
 
