@@ -127,8 +127,13 @@ void CLS_QGLRenderWidget::paintGL()
     // Textures are refreshed only for a new picture; a repaint for a resize
     // or an expose draws what is already on the card.
     if (!m_blShownUploaded) {
-        m_renderer.Upload(m_picShown);
         m_blShownUploaded = true;
+        const bool blUploaded = m_renderer.Upload(m_picShown);
+        if (!blUploaded && !m_blOversizeReported) {
+            qWarning() << "QGLRender: a" << m_picShown.Width() << "x" << m_picShown.Height()
+                       << "picture exceeds this GPU's texture size; it stays black";
+        }
+        m_blOversizeReported = !blUploaded;
     }
     const qreal dRatio = devicePixelRatioF();
     const QSize sizeTarget(qRound(width() * dRatio), qRound(height() * dRatio));

@@ -56,6 +56,7 @@ private:
     CLS_QGLPicture m_picShown;
     bool m_blHasShown = false;
     bool m_blShownUploaded = false;
+    bool m_blOversizeReported = false;
     std::uint64_t m_u64ShownSerial = 0;
     CLS_QGLYuvRenderer m_renderer;
     QMetaObject::Connection m_connContext;

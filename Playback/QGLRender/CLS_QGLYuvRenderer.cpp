@@ -119,6 +119,7 @@ bool CLS_QGLYuvRenderer::Initialize()
     m_bufQuad.release();
     if (m_vao.isCreated()) m_vao.release();
 
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_iMaxTextureSize);
     glGenTextures(3, m_auTextures);
     for (GLuint uTexture : m_auTextures) {
         glBindTexture(GL_TEXTURE_2D, uTexture);
@@ -224,9 +225,13 @@ void CLS_QGLYuvRenderer::UploadPlane(int _iPlane, const CLS_QGLPicture& _picture
     }
 }
 
-void CLS_QGLYuvRenderer::Upload(const CLS_QGLPicture& _picture)
+bool CLS_QGLYuvRenderer::Upload(const CLS_QGLPicture& _picture)
 {
-    if (!m_blInitialized) return;
+    m_blHasPicture = false;
+    if (!m_blInitialized) return false;
+    // Older integrated GPUs stop at 8192: a larger camera picture would
+    // silently sample as black or garbage.
+    if (_picture.Width() > m_iMaxTextureSize || _picture.Height() > m_iMaxTextureSize) return false;
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     for (int i = 0; i < _picture.PlaneCount(); ++i)
         UploadPlane(i, _picture);
@@ -235,6 +240,7 @@ void CLS_QGLYuvRenderer::Upload(const CLS_QGLPicture& _picture)
     m_iMatrix = _picture.Matrix();
     m_blFullRange = _picture.FullRange();
     m_blHasPicture = true;
+    return true;
 }
 
 void CLS_QGLYuvRenderer::Draw(const QRect& _rectGl)

@@ -27,7 +27,8 @@ public:
     // Deletes every GL object; the next Initialize starts afresh.
     void Release();
 
-    void Upload(const CLS_QGLPicture& _picture);
+    // False when the picture exceeds what this context's textures can hold.
+    bool Upload(const CLS_QGLPicture& _picture);
     // Draws the uploaded picture into _rectGl (GL window coordinates, origin
     // bottom left) of the bound framebuffer.
     void Draw(const QRect& _rectGl);
@@ -53,6 +54,7 @@ private:
     QSize m_aSizeTextures[3];
     int m_iBytesPerTexel[3] = {0, 0, 0};
 
+    GLint m_iMaxTextureSize = 0;
     bool m_blHasPicture = false;
     bool m_blInterleavedChroma = false;
     int m_iMatrix = 0;

@@ -42,7 +42,7 @@ typedef struct QGL_Frame
     int32_t width;   // coded picture size in pixels
     int32_t height;
     const uint8_t* data[3];
-    int32_t linesize[3];  // bytes per row of each plane
+    int32_t linesize[3];  // bytes per row of each plane; negative: bottom-up rows
     int32_t sarNum;       // sample (pixel) aspect ratio; 0/0 or 1/1 for square
     int32_t sarDen;
     int32_t matrix;     // QGL_ColorMatrix
