@@ -11,6 +11,7 @@
 #include <map>
 #include <mutex>
 #include <system_error>
+#include <thread>
 
 namespace fs = std::filesystem;
 
@@ -121,54 +122,56 @@ bool CLS_LogService::Init(const std::string& _strLogDir, int _iLevel)
         std::cerr << "KoLog: cannot write log files into \"" << _strLogDir << "\"" << std::endl;
         return false;
     }
-    auto pState = std::make_unique<State>();
+    auto pState = std::make_shared<State>();
     pState->m_strDir = dir.u8string();
     pState->m_iDefaultLevel = _iLevel;
+    SwapState(std::move(pState));
+    return true;
+}
 
-    std::unique_ptr<State> pOld;
-    {
-        std::unique_lock lock(m_mutex);
-        pOld = std::move(m_pState);
-        m_pState = std::move(pState);
-    }
-    return true;  // pOld's files close here, outside the lock
+void CLS_LogService::SwapState(std::shared_ptr<State> _pState)
+{
+    std::shared_ptr<State> pOld = std::atomic_exchange(&m_pState, std::move(_pState));
+    // Calls that picked up the old state before the exchange finish their
+    // record; none can pick it up any more, so this wait is short and bounded.
+    while (pOld && pOld.use_count() > 1)
+        std::this_thread::yield();
 }
 
 bool CLS_LogService::IsInit() const
 {
-    std::shared_lock lock(m_mutex);
-    return m_pState != nullptr;
+    return std::atomic_load(&m_pState) != nullptr;
 }
 
 bool CLS_LogService::SetLoggerConfig(const std::string& _strChannel, int _iLevel)
 {
-    std::shared_lock lock(m_mutex);
-    if (!m_pState) return false;
-    std::lock_guard stateLock(m_pState->m_mutex);
-    m_pState->m_mapChannelLevel[_strChannel] = _iLevel;
+    const std::shared_ptr<State> pState = std::atomic_load(&m_pState);
+    if (!pState) return false;
+    std::lock_guard stateLock(pState->m_mutex);
+    pState->m_mapChannelLevel[_strChannel] = _iLevel;
     return true;
 }
 
 bool CLS_LogService::SetLoggerConfigAll(int _iLevel)
 {
-    std::shared_lock lock(m_mutex);
-    if (!m_pState) return false;
-    std::lock_guard stateLock(m_pState->m_mutex);
-    m_pState->m_iDefaultLevel = _iLevel;
-    m_pState->m_mapChannelLevel.clear();
+    const std::shared_ptr<State> pState = std::atomic_load(&m_pState);
+    if (!pState) return false;
+    std::lock_guard stateLock(pState->m_mutex);
+    pState->m_iDefaultLevel = _iLevel;
+    pState->m_mapChannelLevel.clear();
     return true;
 }
 
 void CLS_LogService::PrintLog(unsigned _uiLevel, const char* _pChannel, const char* _pFile,
                               unsigned _uiLine, const char* _pFunction, const std::string* _pText)
 {
+    const std::shared_ptr<State> pState = std::atomic_load(&m_pState);
+    if (!pState) return;
     const std::string strChannel = _pChannel ? _pChannel : "";
-    std::shared_lock lock(m_mutex);
-    if (!m_pState) return;
 
     std::shared_ptr<spdlog::logger> pLogger;
     {
-        State& state = *m_pState;
+        State& state = *pState;
         std::lock_guard stateLock(state.m_mutex);
         const auto itLevel = state.m_mapChannelLevel.find(strChannel);
         const int iMinLevel =
@@ -206,9 +209,5 @@ void CLS_LogService::PrintLog(unsigned _uiLevel, const char* _pChannel, const ch
 
 void CLS_LogService::UnInit()
 {
-    std::unique_ptr<State> pOld;
-    {
-        std::unique_lock lock(m_mutex);
-        pOld = std::move(m_pState);
-    }
+    SwapState(nullptr);
 }

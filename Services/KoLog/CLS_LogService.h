@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <memory>
-#include <shared_mutex>
 #include <string>
 
 // Rotating per-channel log files. Every record is flushed as it is written so
 // that a reader, or whoever inspects the files after a crash, sees it at once.
 // All members are safe to call from any thread, including PrintLog racing with
-// UnInit: a record either lands in the file or is dropped.
+// UnInit: a record either lands in the file or is dropped, and once UnInit has
+// returned no record is written and every file is closed.
 class CLS_LogService
 {
 public:
@@ -41,7 +41,11 @@ public:
 private:
     struct State;
 
+    // Replaces the state and returns only when no call still uses the old one.
+    void SwapState(std::shared_ptr<State> _pState);
+
     Options m_options;
-    mutable std::shared_mutex m_mutex;
-    std::unique_ptr<State> m_pState;
+    // Read with std::atomic_load by every call. A reader-writer lock would let
+    // a steady stream of records starve UnInit for good.
+    std::shared_ptr<State> m_pState;
 };
