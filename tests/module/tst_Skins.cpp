@@ -77,6 +77,7 @@ struct Rule
 {
     QStringList lstSelectors;
     QStringList lstProperties;
+    QStringList lstValues;
     QStringList lstUrls;
 };
 
@@ -96,8 +97,10 @@ QList<Rule> ParseSheet(const QString& _qstrText)
             rule.lstSelectors << qstrSelector.simplified();
         for (const QString& qstrDecl : match.captured(2).split(QLatin1Char(';'))) {
             const int iColon = qstrDecl.indexOf(QLatin1Char(':'));
-            if (iColon > 0)
+            if (iColon > 0) {
                 rule.lstProperties << qstrDecl.left(iColon).trimmed();
+                rule.lstValues << qstrDecl.mid(iColon + 1).trimmed();
+            }
         }
         auto itUrl = reUrl.globalMatch(match.captured(2));
         while (itUrl.hasNext())
@@ -305,6 +308,32 @@ const QSet<QString>& KnownProperties()
         return QSet<QString>(lst.begin(), lst.end());
     }();
     return s_set;
+}
+
+// A widget property set from a sheet ("qproperty-name: value") must exist
+// on the class and really take the value: Qt drops a failed conversion
+// without a word, and the parser reads some bare words (NoWrap) as values
+// of its own.
+void CheckWidgetProperty(const QString& _qstrType, const QString& _qstrProperty, const QString& _qstrWritten)
+{
+    const std::unique_ptr<QWidget> pWidget(CreateWidget(_qstrType, nullptr));
+    const QMetaObject* pMeta = pWidget->metaObject();
+    const int iIndex = pMeta->indexOfProperty(_qstrProperty.toLatin1().constData());
+    QVERIFY2(iIndex >= 0 && pMeta->property(iIndex).isWritable(),
+             qPrintable(_qstrType + QStringLiteral(" has no property ") + _qstrProperty));
+    QString qstrValue = _qstrWritten;
+    if (qstrValue.startsWith(QLatin1Char('"')))
+        qstrValue = qstrValue.mid(1, qstrValue.size() - 2);
+    pWidget->setObjectName(QStringLiteral("probe"));
+    pWidget->setStyleSheet(QStringLiteral("#probe { qproperty-%1: %2; }").arg(_qstrProperty, _qstrWritten));
+    pWidget->ensurePolished();
+    const QMetaProperty property = pMeta->property(iIndex);
+    const QVariant qvarValue = pWidget->property(_qstrProperty.toLatin1().constData());
+    const QString qstrActual = property.isEnumType()
+                                   ? QString::fromLatin1(property.enumerator().valueToKey(qvarValue.toInt()))
+                                   : qvarValue.toString();
+    QVERIFY2(qstrActual == qstrValue,
+             qPrintable(_qstrType + QLatin1Char('.') + _qstrProperty + QStringLiteral(" is ") + qstrActual));
 }
 
 // Every file the Qt forms and sources of the player and the message box
@@ -530,9 +559,19 @@ void tst_Skins::sheetsUseOnlyKnownPropertiesAndNames()
         const QString qstrRoot = QStringLiteral("./resource/skin/") + qstrSkin + QLatin1Char('/');
         for (const QString& qstrFile : SkinFiles(qstrSkin, {QStringLiteral("*.qss")})) {
             for (const Rule& rule : ParseSheet(ReadText(qstrRoot + qstrFile))) {
-                for (const QString& qstrProperty : rule.lstProperties)
+                for (int i = 0; i < rule.lstProperties.size(); ++i) {
+                    const QString& qstrProperty = rule.lstProperties.at(i);
+                    if (qstrProperty.startsWith(QLatin1String("qproperty-"))) {
+                        for (const QString& qstrSelector : rule.lstSelectors)
+                            CheckWidgetProperty(ParseSelector(qstrSelector).last().qstrType,
+                                                qstrProperty.mid(10), rule.lstValues.at(i));
+                        if (QTest::currentTestFailed())
+                            return;
+                        continue;
+                    }
                     QVERIFY2(KnownProperties().contains(qstrProperty),
                              qPrintable(qstrFile + QStringLiteral(": ") + qstrProperty));
+                }
                 for (const QString& qstrSelector : rule.lstSelectors) {
                     auto it = reName.globalMatch(qstrSelector);
                     while (it.hasNext())
@@ -548,11 +587,14 @@ void tst_Skins::sheetsUseOnlyKnownPropertiesAndNames()
         }
     }
     // A selector on a name no form or widget uses styles nothing.
+    QStringList lstMissing;
     for (const QString& qstrName : setNames) {
-        QVERIFY2(qstrSources.contains(QStringLiteral("name=\"%1\"").arg(qstrName)) ||
-                     qstrSources.contains(QStringLiteral("\"%1\"").arg(qstrName)),
-                 qPrintable(qstrName));
+        if (!qstrSources.contains(QStringLiteral("name=\"%1\"").arg(qstrName)) &&
+            !qstrSources.contains(QStringLiteral("\"%1\"").arg(qstrName)))
+            lstMissing << qstrName;
     }
+    lstMissing.sort();
+    QVERIFY2(lstMissing.isEmpty(), qPrintable(QStringLiteral("no widget named ") + lstMissing.join(QStringLiteral(", "))));
 }
 
 void tst_Skins::lookFollowsStateAndEnabled_data()
