@@ -60,6 +60,11 @@ private:
 void TestControlBar::initTestCase()
 {
     QVERIFY(ChromeTest::InitParamService(m_workDir.FilePath(QStringLiteral("params.json"))));
+    // Style sheets name their images relative to the current directory, and
+    // the colour service keeps the first palette it finds (or misses) for the
+    // process, so the skins are in place before the first bar is built.
+    QVERIFY(QFile::link(QStringLiteral(QUILL_SOURCE_DIR "/resource"),
+                        m_workDir.FilePath(QStringLiteral("resource"))));
 }
 
 void TestControlBar::formCarriesNamesFocusAndTooltips()
@@ -496,10 +501,6 @@ void TestControlBar::rendersInEachSkin_data()
 void TestControlBar::rendersInEachSkin()
 {
     QFETCH(QString, skin);
-    // Style sheets name their images relative to the current directory.
-    const QString qstrResource = m_workDir.FilePath(QStringLiteral("resource"));
-    if (!QFile::exists(qstrResource))
-        QVERIFY(QFile::link(QStringLiteral(QUILL_SOURCE_DIR "/resource"), qstrResource));
     const QString qstrSkinDir = QStringLiteral("./resource/skin/") + skin;
     if (!QFile::exists(qstrSkinDir + QStringLiteral("/ModuleKoPlayer/qss/ModuleKoPlayer.qss")))
         QSKIP("this skin has no player style sheet yet");
@@ -527,21 +528,30 @@ void TestControlBar::rendersInEachSkin()
     bar.SetPlayState(true);
     bar.SetSoundState(true);
 
+    const QImage imgBar = skinned.dialog.grab().toImage();
+
+    // The speed list is painted in the skin's own colours.
+    auto* pCombo = Child<QComboBox>(bar, "comboBox_speedinfo");
+    pCombo->showPopup();
+    QWidget* pList = pCombo->view()->window();
+    QTRY_VERIFY(pList->isVisible());
+    const QImage imgList = pList->grab().toImage();
+    const QRect qrcFirst = pCombo->view()
+                               ->visualRect(pCombo->model()->index(0, 0))
+                               .translated(pCombo->view()->viewport()->mapTo(pList, QPoint(0, 0)));
+    const QColor fill(
+        QString::fromStdString(KoService::GetNamedColor("Common", "<BgColor_Common>")));
+    QVERIFY(fill.isValid());
+    QCOMPARE(imgList.pixelColor(qrcFirst.left() + 3, qrcFirst.center().y()), fill);
+
     const QByteArray qbaDir = qgetenv("QUILL_RENDER_DIR");
     if (!qbaDir.isEmpty()) {
-        const QString qstrPng = QString::fromLocal8Bit(qbaDir) + QStringLiteral("/controlbar_") +
-                                skin + QStringLiteral(".png");
-        QVERIFY(skinned.dialog.grab().save(qstrPng));
-        qInfo("rendered %s", qPrintable(qstrPng));
-        auto* pCombo = Child<QComboBox>(bar, "comboBox_speedinfo");
-        pCombo->showPopup();
-        QWidget* pList = pCombo->view()->window();
-        QTRY_VERIFY(pList->isVisible());
-        QCoreApplication::processEvents();
-        QVERIFY(pList->grab().save(QString::fromLocal8Bit(qbaDir) + QStringLiteral("/speedlist_") +
-                                   skin + QStringLiteral(".png")));
-        pCombo->hidePopup();
+        const QString qstrDir = QString::fromLocal8Bit(qbaDir);
+        QVERIFY(imgBar.save(qstrDir + "/controlbar_" + skin + ".png"));
+        QVERIFY(imgList.save(qstrDir + "/speedlist_" + skin + ".png"));
+        qInfo("rendered into %s", qPrintable(qstrDir));
     }
+    pCombo->hidePopup();
 }
 
 QTEST_MAIN(TestControlBar)
