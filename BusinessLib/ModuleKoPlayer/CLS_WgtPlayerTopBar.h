@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QString>
 #include <QWidget>
 
 class QTimer;
@@ -38,5 +37,4 @@ private:
 
     Ui::CLS_WgtPlayerTopBar* ui;
     QTimer* m_pTimer = nullptr;
-    QString m_qstrReserved;
 };
