@@ -24,6 +24,8 @@ private slots:
     void windowStatusFlipsIconAndTooltip();
     void styleFileBySkin_data();
     void styleFileBySkin();
+    void skinShowsRestoreIcon_data();
+    void skinShowsRestoreIcon();
 
 private:
     static QString LogText(const QString& _qstrDir);
@@ -196,6 +198,40 @@ void TestTopBar::styleFileBySkin()
         QVERIFY2(qstrNewLog.contains(qstrFailure + failedPath), qPrintable(qstrNewLog));
         QVERIFY(qstrNewLog.contains(QStringLiteral("CLS_WgtPlayerTopBar::InitTopBarUI")));
     }
+}
+
+void TestTopBar::skinShowsRestoreIcon_data()
+{
+    QTest::addColumn<int>("skinIndex");
+    QTest::addColumn<QString>("skin");
+    QTest::newRow("dark") << 0 << "dark";
+    QTest::newRow("light") << 1 << "light";
+}
+
+void TestTopBar::skinShowsRestoreIcon()
+{
+    QFETCH(int, skinIndex);
+    QFETCH(QString, skin);
+
+    QuillTest::ScopedWorkDir workDir;
+    QVERIFY(QFile::link(QStringLiteral(QUILL_SOURCE_DIR "/resource"),
+                        workDir.FilePath(QStringLiteral("resource"))));
+    qApp->setProperty("Skin", skinIndex);
+
+    CLS_WgtPlayerTopBar bar;
+    QVERIFY(!bar.styleSheet().isEmpty());
+    bar.resize(600, 60);
+    bar.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&bar));
+    auto* pBig = bar.findChild<QPushButton*>(QStringLiteral("pushButton_big"));
+    QVERIFY(pBig);
+    const QImage imgMaximise = pBig->grab().toImage();
+    QVERIFY(QMetaObject::invokeMethod(&bar, "SlotSetWindowStatus", Q_ARG(bool, true)));
+    QVERIFY2(pBig->grab().toImage() != imgMaximise, "restore looks like maximise");
+
+    const QByteArray qbaDir = qgetenv("QUILL_RENDER_DIR");
+    if (!qbaDir.isEmpty())
+        QVERIFY(bar.grab().save(QString::fromLocal8Bit(qbaDir) + "/topbar_" + skin + ".png"));
 }
 
 QTEST_MAIN(TestTopBar)
