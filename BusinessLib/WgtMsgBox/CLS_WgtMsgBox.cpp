@@ -185,7 +185,11 @@ void CLS_WgtMsgBox::PlaceAndShow(QWidget* _pParent)
     // Modal to the window the question is about: the requester's, else the
     // one the user is working in; with no window at all, to the application.
     QWidget* pOwner = _pParent ? _pParent->window() : QApplication::activeWindow();
-    if (pOwner == this) pOwner = nullptr;
+    // Never another message box: a box asked from an answer handler would
+    // otherwise be deleted with the box that is just closing. By class name,
+    // as each module library carries its own copy of this class.
+    while (pOwner && (pOwner == this || pOwner->inherits("CLS_WgtMsgBox")))
+        pOwner = pOwner->parentWidget() ? pOwner->parentWidget()->window() : nullptr;
     if (pOwner) {
         setParent(pOwner, windowFlags());
         setWindowModality(Qt::WindowModal);

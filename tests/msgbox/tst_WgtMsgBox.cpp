@@ -2,6 +2,7 @@
 #include "QuillTestSupport.h"
 #include "TestLogFiles.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -48,6 +49,7 @@ private slots:
     void answersOnceWithPressedButton_data();
     void answersOnceWithPressedButton();
     void inputIsMaskedAndNeverLogged();
+    void askedAgainFromAnswer();
 };
 
 void tst_WgtMsgBox::presentsTheRequest()
@@ -155,6 +157,31 @@ void tst_WgtMsgBox::inputIsMaskedAndNeverLogged()
              QStringLiteral("s3cret-Pa55"));
     QVERIFY(logs.Text(QStringLiteral("WgtMsgBox")).contains(QStringLiteral("uuid-pw")));
     QVERIFY(!logs.AllText().contains(QStringLiteral("s3cret")));
+}
+
+void tst_WgtMsgBox::askedAgainFromAnswer()
+{
+    // The password flow: the answer of one box asks the next question.
+    QWidget owner;
+    owner.show();
+    QVERIFY(QTest::qWaitForWindowActive(&owner));
+    CLS_WgtMsgBox* pFirst = AskedBox(Request(0, kOk | kCancel, kOk), "first");
+    // The box holds the focus, as it does on a desktop.
+    QApplication::setActiveWindow(pFirst);
+    QTRY_COMPARE(QApplication::activeWindow(), pFirst);
+    CLS_WgtMsgBox* pSecond = nullptr;
+    QPointer<CLS_WgtMsgBox> pSecondGuard;
+    connect(pFirst, &CLS_ViewBasic::SignRequestTaskRsulted, this, [&] {
+        pSecond = AskedBox(Request(1, kOk | kCancel, kOk), "second");
+        pSecondGuard = pSecond;
+    });
+    QPointer<CLS_WgtMsgBox> pFirstGuard(pFirst);
+    QTest::keyClick(pFirst, Qt::Key_Return);
+    QTRY_VERIFY(pFirstGuard.isNull());
+    QVERIFY(pSecondGuard);
+    QVERIFY(pSecond->isVisible());
+    QCOMPARE(pSecond->parentWidget(), &owner);
+    delete pSecond;
 }
 
 QTEST_MAIN(tst_WgtMsgBox)
