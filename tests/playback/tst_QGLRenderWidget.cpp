@@ -153,6 +153,7 @@ private slots:
     void layoutsAgree();
     void bottomUpRowsAndRefusedFrames();
     void clearAndResize();
+    void reparentKeepsPicture();
     void pushFromWorkerRepaints();
     void pushRacingRelease();
     void cleanupTestCase() { m_pColourWidget.reset(); }
@@ -456,6 +457,31 @@ void TestQGLRenderWidget::clearAndResize()
     // And the next picture after a clear shows again.
     QCOMPARE(QGL_PushFrame(shown.Handle(), &picture.Frame()), 0);
     QVERIFY(Near(shown.Grab().pixel(150, 200), Qt::white));
+}
+
+void TestQGLRenderWidget::reparentKeepsPicture()
+{
+    // Going full screen moves the video area into another window, which gives
+    // the widget a new context: the picture must come back without a push.
+    ShownWidget shown(QSize(320, 240));
+    QVERIFY(shown.Ready());
+    TestPicture picture = Uniform(g_yuvBlue601);
+    QCOMPARE(QGL_PushFrame(shown.Handle(), &picture.Frame()), 0);
+    QVERIFY(Near(shown.Grab().pixel(160, 120), QColor(0, 0, 255)));
+    QSignalSpy spyContextGone(shown.Widget()->context(), &QOpenGLContext::aboutToBeDestroyed);
+
+    QWidget host;
+    host.resize(480, 270);
+    shown.Widget()->setParent(&host);
+    shown.Widget()->setGeometry(0, 0, 480, 270);
+    host.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&host));
+    const QImage image = shown.Grab();
+    QCOMPARE(spyContextGone.count(), 1);
+    QVERIFY2(Near(image.pixel(240, 135), QColor(0, 0, 255)),
+             qPrintable(Describe(image.pixel(240, 135))));
+    QVERIFY(IsBlack(image.pixel(20, 135)));
+    QCOMPARE(QGL_Release(shown.Handle()), 0);
 }
 
 void TestQGLRenderWidget::pushFromWorkerRepaints()
