@@ -262,6 +262,7 @@ void TestVideoOutput::nativeWindowFollowsSize()
     top.show();
     QVERIFY(QTest::qWaitForWindowExposed(&top));
     QTRY_COMPARE(pSurface->size(), QSize(640, 360));
+    QVERIFY(QTest::qWaitForWindowExposed(pSurface->windowHandle()));
     // Once the engine draws, the toolkit must not paint over it.
     pSurface->setUpdatesEnabled(false);
     auto grab = [id] { return QGuiApplication::primaryScreen()->grabWindow(id).toImage(); };
