@@ -15,8 +15,9 @@ namespace RK_Framework::VideoPlayer {
 namespace {
 // Decoded pictures waiting for their time: enough to hide a slow keyframe.
 constexpr std::size_t kFrameQueueSize = 6;
-// Pictures kept for stepping back: a whole 1080p group of 60 pictures fits.
-constexpr std::size_t kStepCacheBytes = 200u * 1024u * 1024u;
+// Pictures kept for stepping back: about 30 at 1080p. Fresh memory for more
+// costs more in page faults than decoding them again would.
+constexpr std::size_t kStepCacheBytes = 96u * 1024u * 1024u;
 constexpr int kStepBackTimeoutMs = 5000;
 }  // namespace
 

@@ -23,6 +23,10 @@ constexpr int kStepTimeoutMs = 4000;
 constexpr auto kRefreshInterval = std::chrono::milliseconds(250);
 // Wall seconds a picture may come late at high speed before decoding less.
 constexpr double kLagLimit = 0.25;
+// Seconds the picture clock may run off the sound before it is pulled back.
+constexpr double kAudioDriftLimit = 0.025;
+// Wall seconds behind that 1X playback catches up on rather than dropping.
+constexpr double kCatchUpLimit = 0.1;
 }  // namespace
 
 CLS_VideoPresenter::CLS_VideoPresenter(CLS_SessionState& _state, CLS_FrameQueue& _frames,
@@ -132,11 +136,16 @@ bool CLS_VideoPresenter::WaitForSerial(int _iSerial, int _iTimeoutMs)
 double CLS_VideoPresenter::MasterTime()
 {
     double dAudio = 0.0;
+    const double dSystem = m_clock.Get();
     if (!m_blPaused.load() && m_state.m_dSpeed.load() == 1.0 && m_audio.MasterTime(dAudio)) {
-        m_clock.Set(dAudio);
-        return dAudio;
+        // The card reports in buffer-sized jumps; follow it only when it has
+        // really drifted, so those jumps do not make two pictures due at once.
+        if (std::fabs(dAudio - dSystem) > kAudioDriftLimit) {
+            m_clock.Set(dAudio);
+            return dAudio;
+        }
     }
-    return m_clock.Get();
+    return dSystem;
 }
 
 void CLS_VideoPresenter::IdleWait(double _dSeconds)
@@ -323,7 +332,10 @@ void CLS_VideoPresenter::Run()
         }
         if (!blFromCache) {
             ST_VideoFrame stAfter;
-            if (m_frames.PeekNext(stAfter) && stAfter.m_pFrame &&
+            // At 1X and below a short delay is caught up by showing the next
+            // pictures a little early; dropping is for real lateness.
+            const double dLateAllowed = dSpeed > 1.0 ? 0.0 : kCatchUpLimit;
+            if (-dDiff / dSpeed > dLateAllowed && m_frames.PeekNext(stAfter) && stAfter.m_pFrame &&
                 stAfter.m_iSerial == stNext.m_iSerial && stAfter.m_dTime <= dMaster) {
                 // Both are due: this one would only delay the next.
                 m_frames.Pop(stNext);
