@@ -47,7 +47,7 @@ std::string ValueText(const QJsonValue& _value, const std::string& _strDefault)
 
 bool CLS_ParamStore::Init(const std::string& _strPath)
 {
-    QMutexLocker locker(&m_mutex);
+    std::lock_guard lock(m_mutex);
     m_blInit = false;
     m_blWritable = false;
     m_blDirty = false;
@@ -127,14 +127,14 @@ bool CLS_ParamStore::Save()
 
 bool CLS_ParamStore::IsInit() const
 {
-    QMutexLocker locker(&m_mutex);
+    std::lock_guard lock(m_mutex);
     return m_blInit;
 }
 
 bool CLS_ParamStore::SetParam(const std::string& _strSection, const std::string& _strKey,
                               const std::string& _strValue)
 {
-    QMutexLocker locker(&m_mutex);
+    std::lock_guard lock(m_mutex);
     if (!m_blInit) return false;
     const QString qstrSection = ToQString(_strSection);
     const QString qstrKey = ToQString(_strKey);
@@ -153,7 +153,7 @@ bool CLS_ParamStore::SetParam(const std::string& _strSection, const std::string&
 std::string CLS_ParamStore::GetParam(const std::string& _strSection, const std::string& _strKey,
                                      const std::string& _strDefault) const
 {
-    QMutexLocker locker(&m_mutex);
+    std::lock_guard lock(m_mutex);
     if (!m_blInit) return _strDefault;
     const QJsonValue section = m_jsonRoot.value(ToQString(_strSection));
     if (!section.isObject()) return _strDefault;
@@ -162,7 +162,7 @@ std::string CLS_ParamStore::GetParam(const std::string& _strSection, const std::
 
 bool CLS_ParamStore::DeleteParam(const std::string& _strSection, const std::string& _strKey)
 {
-    QMutexLocker locker(&m_mutex);
+    std::lock_guard lock(m_mutex);
     if (!m_blInit) return false;
     const QString qstrSection = ToQString(_strSection);
     const QString qstrKey = ToQString(_strKey);
@@ -181,7 +181,7 @@ bool CLS_ParamStore::DeleteParam(const std::string& _strSection, const std::stri
 
 void CLS_ParamStore::UnInit()
 {
-    QMutexLocker locker(&m_mutex);
+    std::lock_guard lock(m_mutex);
     if (m_blInit && m_blDirty) Save();  // one last try for a change whose write failed
     m_blInit = false;
     m_blWritable = false;

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <QJsonObject>
-#include <QMutex>
 #include <QString>
 
+#include <mutex>
 #include <string>
 
 // Sections of string keys and string values, kept in one JSON file
@@ -34,7 +34,7 @@ private:
     bool MoveAside(const QString& _qstrReason);
     bool Save();
 
-    mutable QMutex m_mutex;
+    mutable std::mutex m_mutex;
     bool m_blInit = false;
     // False while an unreadable file we could not move aside still sits at the
     // path: writing would destroy the only copy of the user's settings.

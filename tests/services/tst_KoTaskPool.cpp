@@ -334,15 +334,19 @@ void tst_KoTaskPool::unInitJoinsAndPoolStartsAfresh()
 void tst_KoTaskPool::exceptionsAreReportedAndPoolKeepsWorking()
 {
     std::mutex mutex;
-    QStringList qlstReports;
+    std::vector<std::string> vecReports;
     CLS_TaskPool pool(
         [&](const std::string& _strName, const std::string& _strWhat) {
             std::lock_guard lock(mutex);
-            qlstReports << QString::fromStdString(_strName + ": " + _strWhat);
+            vecReports.push_back(_strName + ": " + _strWhat);
         },
         2);
+    // A deep copy: Qt's implicitly shared lists would share data with the workers.
     const auto reports = [&] {
         std::lock_guard lock(mutex);
+        QStringList qlstReports;
+        for (const std::string& strReport : vecReports)
+            qlstReports << QString::fromStdString(strReport);
         return qlstReports;
     };
     const int iOwner = 0;
