@@ -126,6 +126,7 @@ bool CLS_PlaybackSession::Pause(bool _blPause)
     m_clock.SetPaused(_blPause);
     m_audio.SetPaused(_blPause);
     m_presenter.SetPaused(_blPause);
+    if (!_blPause && m_blSoundBehind) ResyncSound();
     return true;
 }
 
@@ -145,16 +146,24 @@ void CLS_PlaybackSession::SetSpeed(double _dSpeed)
     if (blWasActive && !blActive) {
         m_audio.Flush();
         m_audioPackets.Flush();
-    } else if (!blWasActive && blActive && m_presenter.ShownSerial() >= 0) {
-        // The demuxer read ahead without sound; go back to the picture on
-        // screen so that sound resumes with it rather than seconds later.
-        ST_SeekRequest stRequest;
-        stRequest.m_i64Target = m_presenter.ShownPts();
-        stRequest.m_i64SeekPts = stRequest.m_i64Target;
-        m_dPendingTime = m_presenter.ShownTime();
-        PostSeek(stRequest);
+    } else if (!blWasActive && blActive) {
+        m_blSoundBehind = true;
+        if (!m_presenter.Paused()) ResyncSound();
     }
     m_presenter.Wake();
+}
+
+void CLS_PlaybackSession::ResyncSound()
+{
+    m_blSoundBehind = false;
+    if (m_presenter.ShownSerial() < 0) return;
+    // The demuxer read ahead without sound; go back to the picture on screen
+    // so that sound resumes with it rather than seconds later.
+    ST_SeekRequest stRequest;
+    stRequest.m_i64Target = m_presenter.ShownPts();
+    stRequest.m_i64SeekPts = stRequest.m_i64Target;
+    m_dPendingTime = m_presenter.ShownTime();
+    PostSeek(stRequest);
 }
 
 int CLS_PlaybackSession::PostSeek(ST_SeekRequest _stRequest)
@@ -176,6 +185,8 @@ bool CLS_PlaybackSession::SeekPercent(int _iPercent)
     stRequest.m_i64SeekPts = stRequest.m_i64Target;
     m_dPendingTime = dTime;
     m_cache.Clear();
+    // A new position brings its own sound.
+    m_blSoundBehind = false;
     PostSeek(stRequest);
     return true;
 }

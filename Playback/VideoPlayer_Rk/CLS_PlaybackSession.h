@@ -65,6 +65,7 @@ public:
 
 private:
     int PostSeek(ST_SeekRequest _stRequest);
+    void ResyncSound();
     void Shutdown();
 
     CLS_SessionState m_state;
@@ -82,6 +83,8 @@ private:
 
     bool m_blStarted = false;
     bool m_blSound = false;
+    // Back at 1X after a speed without sound: realign on the next resume.
+    bool m_blSoundBehind = false;
     double m_dDuration = -1.0;
     double m_dPendingTime = 0.0;
 };

@@ -118,10 +118,14 @@ bool CLS_VideoPlayerEngine::Play(std::int64_t _i64PlayHandle)
 bool CLS_VideoPlayerEngine::Pause(bool _blPause)
 {
     return Guarded(false, "Pause", [&] {
-        if (!m_pSession || !m_pSession->Pause(_blPause)) return false;
-        // The window shows 1X after a pause or a resume; so do we.
+        if (!m_pSession || m_pSession->Paused() == _blPause) return false;
+        // The window shows 1X after a pause or a resume; so do we. Pausing
+        // comes first and resuming last, so the change of speed happens
+        // while the picture stands still.
+        if (_blPause) m_pSession->Pause(true);
         m_iSpeedIndex = kNormalSpeedIndex;
         ApplySpeed();
+        if (!_blPause) m_pSession->Pause(false);
         return true;
     });
 }
@@ -210,6 +214,8 @@ bool CLS_VideoPlayerEngine::StepForward()
 {
     return Guarded(false, "StepForward", [this] {
         if (!m_pSession) return false;
+        // Paused first, so the return to 1X does not move the picture.
+        m_pSession->Pause(true);
         m_iSpeedIndex = kNormalSpeedIndex;
         ApplySpeed();
         return m_pSession->StepForward();
@@ -220,6 +226,8 @@ bool CLS_VideoPlayerEngine::StepBack()
 {
     return Guarded(false, "StepBack", [this] {
         if (!m_pSession) return false;
+        // Paused first, so the return to 1X does not move the picture.
+        m_pSession->Pause(true);
         m_iSpeedIndex = kNormalSpeedIndex;
         ApplySpeed();
         return m_pSession->StepBack();

@@ -389,6 +389,15 @@ void TestPlayerEngine::endOfFileOnce()
     // Seeking back starts a new pass that ends once more.
     QVERIFY(pPlayer->SetPlayPos(90));
     QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 2, 10000);
+    // Nothing lies beyond the last picture.
+    QVERIFY(!pPlayer->StepForward());
+    QCOMPARE(stProbe.m_iLast.load(), 49);
+    // After Stop, Play starts the same file over.
+    QVERIFY(pPlayer->Stop());
+    const int iShown = stProbe.m_iShown.load();
+    QVERIFY(pPlayer->Play(0));
+    QTRY_VERIFY(stProbe.m_iShown.load() > iShown);
+    QVERIFY(stProbe.m_iLast.load() <= 3);
 }
 
 void TestPlayerEngine::recorderFilesPlayThrough_data()
