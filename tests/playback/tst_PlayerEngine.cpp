@@ -156,6 +156,8 @@ void TestPlayerEngine::initTestCase()
                             25,
                             1.0};
     lstSpecs << ST_ClipSpec{"rec_full.ps", qlstX264, {}, qlstPs, 320, 240, 25, 3.0};
+    // A bare elementary stream: no container, no timestamps at all.
+    lstSpecs << ST_ClipSpec{"rec_bare.h264", qlstX264, {}, {"-f", "h264"}, 320, 240, 25, 2.0};
     for (const ST_ClipSpec& stSpec : lstSpecs)
         QVERIFY2(!QuillTest::MakeClip(qstrDir, stSpec).isEmpty(), qPrintable(stSpec.m_qstrName));
 
@@ -409,6 +411,7 @@ void TestPlayerEngine::recorderFilesPlayThrough_data()
     QTest::newRow("2 fps, 326x186") << "rec_lowfps.mp4" << 7 << 8;
     QTest::newRow("joined with a jump") << "rec_joined.ps" << 24 << 40;
     QTest::newRow("tail cut off") << "rec_cut.ps" << -1 << 30;
+    QTest::newRow("no timestamps") << "rec_bare.h264" << 49 << 40;
 }
 
 void TestPlayerEngine::recorderFilesPlayThrough()
