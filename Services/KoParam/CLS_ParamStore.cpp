@@ -48,6 +48,7 @@ std::string ValueText(const QJsonValue& _value, const std::string& _strDefault)
 bool CLS_ParamStore::Init(const std::string& _strPath)
 {
     std::lock_guard lock(m_mutex);
+    if (m_blInit && m_blDirty) Save();  // a change whose write failed, before switching files
     m_blInit = false;
     m_blWritable = false;
     m_blDirty = false;
