@@ -250,6 +250,7 @@ int main(int argc, char** argv)
     qParser.addOption({"clip", "Clip to measure (default: a generated 1080p30 clip).", "file"});
     qParser.addOption({"seconds-1x", "Length of the 1X run (default 60).", "seconds", "60"});
     qParser.addOption({"only-1x", "Measure the 1X run alone."});
+    qParser.addOption({"only-decode", "Measure decoding speed alone (engine, ffmpeg, engine)."});
     qParser.process(qApplication);
     const QString qstrClip = qParser.isSet("clip") ? qParser.value("clip") : MakeClip();
     if (qstrClip.isEmpty() || !QFileInfo::exists(qstrClip)) {
@@ -257,6 +258,13 @@ int main(int argc, char** argv)
         return 1;
     }
     const double dSeconds1x = std::max(1.0, qParser.value("seconds-1x").toDouble());
+
+    if (qParser.isSet("only-decode")) {
+        Report("decode_fps", EngineDecodeFps(qstrClip));
+        Report("ffmpeg_decode_fps", FfmpegDecodeFps(qstrClip));
+        Report("decode_fps", EngineDecodeFps(qstrClip));
+        return 0;
+    }
 
     // 1X into a real render widget first, so the memory peak is this run's.
     QWidget* pWidget = nullptr;
@@ -281,6 +289,7 @@ int main(int argc, char** argv)
     double dCpu = -1.0;
     double dPeakRss = -1.0;
     {
+        Note(QStringLiteral("resident with the window up: %1 MB").arg(RssMb(), 0, 'f', 1));
         ST_Watched stWatched;
         if (stWatched.m_pPlayer->OpenFile(qstrClip.toStdString())) {
             stWatched.m_pPlayer->OpenSound();

@@ -1,5 +1,7 @@
 #include "CLS_MediaSource.h"
 
+#include <vector>
+
 extern "C" {
 #include <libavformat/avformat.h>
 }
@@ -43,7 +45,14 @@ bool CLS_MediaSource::Open(const std::string& _strPath, AVIOContext* _pIo)
         m_pFormat = nullptr;  // freed by avformat_open_input on failure
         return false;
     }
-    iRet = avformat_find_stream_info(m_pFormat, nullptr);
+    // Probing decodes a picture or two; one thread does that as fast and
+    // without a frame pool per thread that the heap would keep afterwards.
+    std::vector<AVDictionary*> vecOptions(m_pFormat->nb_streams, nullptr);
+    for (AVDictionary*& pOptions : vecOptions)
+        av_dict_set(&pOptions, "threads", "1", 0);
+    iRet = avformat_find_stream_info(m_pFormat, vecOptions.empty() ? nullptr : vecOptions.data());
+    for (AVDictionary*& pOptions : vecOptions)
+        av_dict_free(&pOptions);
     if (iRet < 0) {
         m_strError = "no stream information";
         Close();

@@ -14,7 +14,7 @@ namespace RK_Framework::VideoPlayer {
 
 namespace {
 // Decoded pictures waiting for their time: enough to hide a slow keyframe.
-constexpr std::size_t kFrameQueueSize = 6;
+constexpr std::size_t kFrameQueueSize = 4;
 // Pictures kept for stepping back: about 30 at 1080p. Fresh memory for more
 // costs more in page faults than decoding them again would.
 constexpr std::size_t kStepCacheBytes = 96u * 1024u * 1024u;
