@@ -249,14 +249,7 @@ void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
         if (m_blFirstAfterSeek && i64Pts > i64Target && !m_stSeek.m_blToStart) {
             // Landed after the target (program streams seek by bisection and
             // can overshoot): go further back and decode forward again.
-            ST_SeekRequest stRetry = m_stSeek;
-            ++stRetry.m_iBackoff;
-            const double dBack = static_cast<double>(1 << std::min(stRetry.m_iBackoff, 6));
-            stRetry.m_i64SeekPts =
-                i64Target - static_cast<std::int64_t>(dBack / m_state.m_dTimeBase);
-            if (stRetry.m_i64SeekPts <= m_state.m_i64FirstPts || stRetry.m_iBackoff > 6)
-                stRetry.m_blToStart = true;
-            m_state.RetrySeek(m_iSerial, stRetry);
+            RetryFurtherBack();
             FreeVideoFrame(stFrame);
             return;
         }
@@ -293,9 +286,28 @@ void CLS_VideoDecoder::DeliverHeld()
     Deliver(m_stHeld);
 }
 
+void CLS_VideoDecoder::RetryFurtherBack()
+{
+    ST_SeekRequest stRetry = m_stSeek;
+    ++stRetry.m_iBackoff;
+    const double dBack = static_cast<double>(1 << std::min(stRetry.m_iBackoff, 6));
+    stRetry.m_i64SeekPts =
+        stRetry.m_i64Target - static_cast<std::int64_t>(dBack / m_state.m_dTimeBase);
+    if (stRetry.m_i64SeekPts <= m_state.m_i64FirstPts || stRetry.m_iBackoff > 6)
+        stRetry.m_blToStart = true;
+    m_state.RetrySeek(m_iSerial, stRetry);
+}
+
 void CLS_VideoDecoder::FinishStream()
 {
     Feed(nullptr);
+    if (m_stSeek.m_i64Target != INT64_MIN && m_blFirstAfterSeek && !m_stSeek.m_blToStart) {
+        // The seek ran into the end without a single picture (a bisection
+        // that landed in the tail): go further back rather than show nothing.
+        avcodec_flush_buffers(m_pCodec);
+        RetryFurtherBack();
+        return;
+    }
     DeliverHeld();
     m_stSeek.m_i64Target = INT64_MIN;
     ST_VideoFrame stEnd;

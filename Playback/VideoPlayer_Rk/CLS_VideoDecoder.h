@@ -53,6 +53,7 @@ private:
     void Deliver(ST_VideoFrame& _stFrame);
     void DeliverHeld();
     void FinishStream();
+    void RetryFurtherBack();
     int DiscardLevel() const;
     void ApplyDiscard(int _iLevel);
 

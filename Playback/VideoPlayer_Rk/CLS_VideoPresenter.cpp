@@ -128,9 +128,11 @@ bool CLS_VideoPresenter::RunCommand(EM_Command _eCommand)
 bool CLS_VideoPresenter::WaitForSerial(int _iSerial, int _iTimeoutMs)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    return m_cvDone.wait_for(lock, std::chrono::milliseconds(_iTimeoutMs), [&] {
-        return m_iShownSerial.load() >= _iSerial || m_state.m_blAbort.load();
-    }) && m_iShownSerial.load() >= _iSerial;
+    m_cvDone.wait_for(lock, std::chrono::milliseconds(_iTimeoutMs), [&] {
+        return m_iShownSerial.load() >= _iSerial || m_iEndSerial.load() >= _iSerial ||
+               m_state.m_blAbort.load();
+    });
+    return m_iShownSerial.load() >= _iSerial;
 }
 
 double CLS_VideoPresenter::MasterTime()
@@ -202,7 +204,9 @@ bool CLS_VideoPresenter::ForwardFromQueue()
             continue;
         }
         if (!stHead.m_pFrame) {
+            std::lock_guard<std::mutex> lock(m_mutex);
             m_iEndSerial = stHead.m_iSerial;
+            m_cvDone.notify_all();
             return false;
         }
         Show(stHead, true);
@@ -294,7 +298,9 @@ void CLS_VideoPresenter::Run()
             }
             if (!stNext.m_pFrame) {
                 m_frames.Pop(stNext);
+                std::lock_guard<std::mutex> lock(m_mutex);
                 m_iEndSerial = stNext.m_iSerial;
+                m_cvDone.notify_all();
                 continue;
             }
             if (stNext.m_iSerial != m_iShownSerial.load()) {

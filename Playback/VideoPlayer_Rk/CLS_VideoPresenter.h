@@ -55,7 +55,8 @@ public:
     bool StepForward();
     // Shows the picture before the one on screen if the step cache has it.
     bool StepBackFromCache();
-    // Waits until a picture of _iSerial (or a later one) is on screen.
+    // Waits until a picture of _iSerial (or a later one) is on screen; false
+    // on timeout or when that position turned out to have no picture.
     bool WaitForSerial(int _iSerial, int _iTimeoutMs);
 
     int ShownSerial() const { return m_iShownSerial.load(); }
@@ -97,13 +98,14 @@ private:
     // Presenter thread only.
     std::unique_ptr<IVideoOutput> m_pOutput;
     ST_VideoFrame m_stShown;
-    int m_iEndSerial = -1;
     std::chrono::steady_clock::time_point m_tpLastRefresh;
     std::chrono::steady_clock::time_point m_tpLastLagRaise;
 
     std::atomic<bool> m_blRunning{false};
     std::atomic<bool> m_blPaused{true};
     std::atomic<int> m_iShownSerial{-1};
+    // Serial whose stream end the presenter has reached.
+    std::atomic<int> m_iEndSerial{-1};
     std::atomic<long long> m_llShownPts{0};
     std::atomic<double> m_dShownTime{0.0};
     std::atomic<bool> m_blEndRaised{false};

@@ -70,6 +70,8 @@ private slots:
     void endOfFileOnce();
     void recorderFilesPlayThrough_data();
     void recorderFilesPlayThrough();
+    void survivesOperationStorm_data();
+    void survivesOperationStorm();
     void destroyWhilePlayingIsPrompt();
     void factoryMakesWorkingPlayer();
 
@@ -428,6 +430,72 @@ void TestPlayerEngine::recorderFilesPlayThrough()
     QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 15000);
     QVERIFY2(stProbe.m_iShown.load() >= minShown, qPrintable(QString::number(stProbe.m_iShown)));
     if (lastNumber >= 0) QCOMPARE(stProbe.m_iLast.load(), lastNumber);
+}
+
+void TestPlayerEngine::survivesOperationStorm_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("mp4 H.264") << "h264.mp4";
+    QTest::newRow("ps MPEG-2") << "mpeg2.ps";
+}
+
+void TestPlayerEngine::survivesOperationStorm()
+{
+    // What an impatient user does with the buttons, in a fixed random order:
+    // nothing may hang, and the player must still land exactly afterwards.
+    QFETCH(QString, name);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()));
+    QVERIFY(pPlayer->Play(0));
+    quint32 uiSeed = 12345;
+    for (int i = 0; i < 150; ++i) {
+        uiSeed = uiSeed * 1103515245u + 12345u;
+        const int iValue = static_cast<int>((uiSeed >> 16) % 101);
+        QElapsedTimer qOp;
+        qOp.start();
+        const int iOp = (uiSeed >> 8) % 9;
+        switch (iOp) {
+            case 0:
+                pPlayer->SetPlayPos(iValue);
+                break;
+            case 1:
+                pPlayer->Fast();
+                break;
+            case 2:
+                pPlayer->Slow();
+                break;
+            case 3:
+                pPlayer->StepBack();
+                break;
+            case 4:
+                pPlayer->StepForward();
+                break;
+            case 5:
+                pPlayer->Pause(iValue % 2 == 0);
+                break;
+            case 6:
+                pPlayer->NormalSpeed();
+                break;
+            case 7:
+                pPlayer->SetVolume(iValue);
+                break;
+            default:
+                pPlayer->GetPlayedTime();
+                break;
+        }
+        // Every answer comes promptly; a timeout inside would show here.
+        QVERIFY2(qOp.elapsed() < 2000, qPrintable(QStringLiteral("operation %1 (%2) took %3 ms")
+                                                      .arg(iOp)
+                                                      .arg(iValue)
+                                                      .arg(qOp.elapsed())));
+    }
+    pPlayer->Pause(true);
+    QVERIFY(pPlayer->SetPlayPos(50));
+    QTRY_COMPARE(stProbe.m_iLast.load(), 50);
+    QVERIFY(pPlayer->StepBack());
+    QCOMPARE(stProbe.m_iLast.load(), 49);
+    QVERIFY(pPlayer->Stop());
 }
 
 void TestPlayerEngine::destroyWhilePlayingIsPrompt()
