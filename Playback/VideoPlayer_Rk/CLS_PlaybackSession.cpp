@@ -200,7 +200,8 @@ bool CLS_PlaybackSession::StepForward()
 
 bool CLS_PlaybackSession::StepBack()
 {
-    if (!m_blStarted) return false;
+    // Before the first Play nothing is on screen to step back from.
+    if (!m_blStarted || !m_presenter.Running()) return false;
     Pause(true);
     const int iLatest = m_state.m_iSerial.load();
     if (m_presenter.ShownSerial() != iLatest &&

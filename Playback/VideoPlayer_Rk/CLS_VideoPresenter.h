@@ -48,6 +48,7 @@ public:
 
     // Nothing is shown before the first Play.
     void SetRunning(bool _blRunning);
+    bool Running() const { return m_blRunning.load(); }
     void SetPaused(bool _blPaused);
     bool Paused() const { return m_blPaused.load(); }
 

@@ -449,12 +449,12 @@ void TestPlayerEngine::survivesOperationStorm()
     QVERIFY(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()));
     QVERIFY(pPlayer->Play(0));
     quint32 uiSeed = 12345;
-    for (int i = 0; i < 150; ++i) {
+    for (int i = 0; i < 300; ++i) {
         uiSeed = uiSeed * 1103515245u + 12345u;
         const int iValue = static_cast<int>((uiSeed >> 16) % 101);
         QElapsedTimer qOp;
         qOp.start();
-        const int iOp = (uiSeed >> 8) % 9;
+        const int iOp = (uiSeed >> 8) % 12;
         switch (iOp) {
             case 0:
                 pPlayer->SetPlayPos(iValue);
@@ -480,6 +480,15 @@ void TestPlayerEngine::survivesOperationStorm()
             case 7:
                 pPlayer->SetVolume(iValue);
                 break;
+            case 9:
+                pPlayer->Stop();
+                break;
+            case 10:
+                pPlayer->Play(0);
+                break;
+            case 11:
+                pPlayer->OpenFile(Clip(iValue % 2 ? "mpeg2.ps" : "h264.mp4").toStdString());
+                break;
             default:
                 pPlayer->GetPlayedTime();
                 break;
@@ -490,6 +499,8 @@ void TestPlayerEngine::survivesOperationStorm()
                                                       .arg(iValue)
                                                       .arg(qOp.elapsed())));
     }
+    QVERIFY(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()));
+    QVERIFY(pPlayer->Play(0));
     pPlayer->Pause(true);
     QVERIFY(pPlayer->SetPlayPos(50));
     QTRY_COMPARE(stProbe.m_iLast.load(), 50);
