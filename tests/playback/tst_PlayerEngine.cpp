@@ -137,6 +137,8 @@ void TestPlayerEngine::initTestCase()
                             25,
                             4.0};
     lstSpecs << ST_ClipSpec{"short.mp4", qlstX264, qlstAac, {}, 320, 240, 25, 2.0};
+    lstSpecs << ST_ClipSpec{
+        "g711.avi", qlstX264, {"-c:a", "pcm_mulaw", "-ar", "8000"}, {}, 320, 240, 25, 4.0};
     // Recorder exports: H.264 in a program stream with a clock that starts
     // ten hours in; a low frame rate at an odd size.
     lstSpecs << ST_ClipSpec{"rec_offset.ps",
@@ -207,6 +209,7 @@ void TestPlayerEngine::opensEachFormat_data()
     QTest::newRow("avi MJPEG PCM") << "mjpeg.avi" << 4;
     QTest::newRow("ps MPEG-2 MP2") << "mpeg2.ps" << 4;
     QTest::newRow("sdv plain") << "plain.sdv" << 4;
+    QTest::newRow("avi H.264 G.711") << "g711.avi" << 4;
 }
 
 void TestPlayerEngine::opensEachFormat()
