@@ -243,6 +243,10 @@ void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
     stFrame.m_dDuration = _pFrame->pkt_duration > 0
                               ? static_cast<double>(_pFrame->pkt_duration) * m_state.m_dTimeBase
                               : m_state.m_dFrameDuration;
+    // A damaged duration must not hold the last picture (and the end of the
+    // file) for minutes.
+    if (stFrame.m_dDuration > std::max(2.0, 4.0 * m_state.m_dFrameDuration))
+        stFrame.m_dDuration = m_state.m_dFrameDuration;
 
     const std::int64_t i64Target = m_stSeek.m_i64Target;
     if (i64Target != INT64_MIN) {
