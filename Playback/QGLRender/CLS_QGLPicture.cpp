@@ -37,7 +37,7 @@ int CLS_QGLPicture::BytesPerTexel(int _iPlane) const
     return (m_iFormat == QGL_PIX_NV12 && _iPlane == 1) ? 2 : 1;
 }
 
-bool CLS_QGLPicture::Assign(const QGL_Frame& _frame, QString* _pqstrError)
+bool CLS_QGLPicture::TakeGeometry(const QGL_Frame& _frame, bool _blShared, QString* _pqstrError)
 {
     auto fail = [_pqstrError](const QString& _qstrWhy) {
         if (_pqstrError) *_pqstrError = _qstrWhy;
@@ -60,14 +60,32 @@ bool CLS_QGLPicture::Assign(const QGL_Frame& _frame, QString* _pqstrError)
     m_iHeight = _frame.height;
     for (int i = 0; i < PlaneCount(); ++i) {
         const int iRowBytes = PlaneWidth(i) * BytesPerTexel(i);
-        if (!_frame.data[i] || std::abs(_frame.linesize[i]) < iRowBytes) {
+        const bool blStrideOk = _blShared ? (_frame.linesize[i] >= iRowBytes &&
+                                             _frame.linesize[i] % BytesPerTexel(i) == 0)
+                                          : std::abs(_frame.linesize[i]) >= iRowBytes;
+        if (!_frame.data[i] || !blStrideOk) {
             m_iFormat = iOldFormat;
             m_iWidth = iOldWidth;
             m_iHeight = iOldHeight;
             return fail(QStringLiteral("plane %1 missing or shorter than a row").arg(i));
         }
     }
+    const bool blSarKnown = _frame.sarNum > 0 && _frame.sarDen > 0;
+    m_iSarNum = blSarKnown ? _frame.sarNum : 1;
+    m_iSarDen = blSarKnown ? _frame.sarDen : 1;
+    m_iMatrix = _frame.matrix == QGL_MATRIX_BT709 ? QGL_MATRIX_BT709 : QGL_MATRIX_BT601;
+    m_blFullRange = _frame.fullRange != 0;
+    return true;
+}
 
+bool CLS_QGLPicture::Assign(const QGL_Frame& _frame, QString* _pqstrError)
+{
+    if (!TakeGeometry(_frame, false, _pqstrError)) return false;
+    m_pShared.reset();
+    for (int i = 0; i < 3; ++i) {
+        m_apPlanes[i] = nullptr;
+        m_aiStrides[i] = 0;
+    }
     for (int i = 0; i < PlaneCount(); ++i) {
         const int iRowBytes = PlaneWidth(i) * BytesPerTexel(i);
         const int iRows = PlaneHeight(i);
@@ -80,13 +98,25 @@ bool CLS_QGLPicture::Assign(const QGL_Frame& _frame, QString* _pqstrError)
             std::memcpy(vecPlane.data() + static_cast<std::size_t>(r) * iRowBytes,
                         _frame.data[i] + r * iStride, static_cast<std::size_t>(iRowBytes));
         }
+        m_apPlanes[i] = vecPlane.data();
+        m_aiStrides[i] = iRowBytes;
     }
     if (PlaneCount() == 2) m_vecPlanes[2].clear();
+    return true;
+}
 
-    const bool blSarKnown = _frame.sarNum > 0 && _frame.sarDen > 0;
-    m_iSarNum = blSarKnown ? _frame.sarNum : 1;
-    m_iSarDen = blSarKnown ? _frame.sarDen : 1;
-    m_iMatrix = _frame.matrix == QGL_MATRIX_BT709 ? QGL_MATRIX_BT709 : QGL_MATRIX_BT601;
-    m_blFullRange = _frame.fullRange != 0;
+bool CLS_QGLPicture::Share(const QGL_Frame& _frame, std::shared_ptr<void> _pHolder,
+                           QString* _pqstrError)
+{
+    if (!TakeGeometry(_frame, true, _pqstrError)) return false;
+    // A shared picture needs no copy of its own: give the memory back.
+    for (std::vector<std::uint8_t>& vecPlane : m_vecPlanes)
+        std::vector<std::uint8_t>().swap(vecPlane);
+    for (int i = 0; i < 3; ++i) {
+        const bool blUsed = i < PlaneCount();
+        m_apPlanes[i] = blUsed ? _frame.data[i] : nullptr;
+        m_aiStrides[i] = blUsed ? _frame.linesize[i] : 0;
+    }
+    m_pShared = std::move(_pHolder);
     return true;
 }

@@ -5,6 +5,7 @@
 #include <QMutexLocker>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
+#include <QSurfaceFormat>
 #include <QtDebug>
 
 #include "CLS_QGLWidgetRegistry.h"
@@ -12,6 +13,15 @@
 CLS_QGLRenderWidget::CLS_QGLRenderWidget(QWidget* _pParent) : QOpenGLWidget(_pParent)
 {
     setObjectName(QStringLiteral("QGLRenderWidget"));
+    // Video needs neither depth nor stencil: at a full-screen size each would
+    // cost as much memory as the picture itself.
+    QSurfaceFormat fmt = format();
+    fmt.setDepthBufferSize(0);
+    fmt.setStencilBufferSize(0);
+    setFormat(fmt);
+    // paintGL clears every pixel it owns; letting Qt clear colour, depth and
+    // stencil before it as well only touches buffers that are never read.
+    setUpdateBehavior(QOpenGLWidget::PartialUpdate);
     // The widget may be deleted by its parent rather than through
     // QGL_Release; registering here and unregistering in the destructor keeps
     // the registry truthful either way.
@@ -38,11 +48,7 @@ bool CLS_QGLRenderWidget::AcceptFrame(const QGL_Frame& _frame)
     QMutexLocker lockPush(&m_mutexPush);
     QString qstrError;
     if (!m_picSpare.Assign(_frame, &qstrError)) {
-        // A broken stream would repeat the same complaint for every frame.
-        if (qstrError != m_qstrLastRefusal) {
-            qWarning().noquote() << "QGLRender: frame refused:" << qstrError;
-            m_qstrLastRefusal = qstrError;
-        }
+        ReportRefusal(qstrError);
         return false;
     }
     m_qstrLastRefusal.clear();
@@ -56,10 +62,48 @@ bool CLS_QGLRenderWidget::AcceptFrame(const QGL_Frame& _frame)
     return true;
 }
 
-void CLS_QGLRenderWidget::ClearFrame()
+bool CLS_QGLRenderWidget::AcceptSharedFrame(const QGL_Frame& _frame, std::shared_ptr<void> _pHolder)
 {
+    CLS_QGLPicture picture;
+    QString qstrError;
+    if (!picture.Share(_frame, std::move(_pHolder), &qstrError)) {
+        QMutexLocker lockPush(&m_mutexPush);
+        ReportRefusal(qstrError);
+        return false;
+    }
+    {
+        QMutexLocker lockPush(&m_mutexPush);
+        m_qstrLastRefusal.clear();
+    }
     {
         QMutexLocker lockIncoming(&m_mutexIncoming);
+        std::swap(picture, m_picIncoming);
+        m_blIncomingValid = true;
+        ++m_u64IncomingSerial;
+    }
+    // The picture it replaced, never shown, goes back to the sender here,
+    // outside the lock the GUI thread takes.
+    ScheduleRepaint();
+    return true;
+}
+
+void CLS_QGLRenderWidget::ReportRefusal(const QString& _qstrError)
+{
+    // A broken stream would repeat the same complaint for every frame.
+    if (_qstrError != m_qstrLastRefusal) {
+        qWarning().noquote() << "QGLRender: frame refused:" << _qstrError;
+        m_qstrLastRefusal = _qstrError;
+    }
+}
+
+void CLS_QGLRenderWidget::ClearFrame()
+{
+    // A shared picture goes back to its sender now, not at the next frame:
+    // after a stop there may be none.
+    CLS_QGLPicture picDropped;
+    {
+        QMutexLocker lockIncoming(&m_mutexIncoming);
+        if (m_picIncoming.IsShared()) std::swap(picDropped, m_picIncoming);
         m_blIncomingValid = false;
         ++m_u64IncomingSerial;
     }
@@ -82,16 +126,21 @@ void CLS_QGLRenderWidget::ScheduleRepaint()
 
 void CLS_QGLRenderWidget::TakeIncoming()
 {
+    // A shared picture leaving the screen goes back to its sender at once,
+    // after the lock; an own copy stays for its buffers to be reused.
+    CLS_QGLPicture picDropped;
     QMutexLocker lockIncoming(&m_mutexIncoming);
     if (m_u64IncomingSerial == m_u64ShownSerial) return;
     m_u64ShownSerial = m_u64IncomingSerial;
     if (m_blIncomingValid) {
         std::swap(m_picIncoming, m_picShown);
+        if (m_picIncoming.IsShared()) std::swap(picDropped, m_picIncoming);
         m_blIncomingValid = false;
         m_blHasShown = true;
         m_blShownUploaded = false;
     } else {
         m_blHasShown = false;
+        if (m_picShown.IsShared()) std::swap(picDropped, m_picShown);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 
 #include <QMetaObject>
 #include <QMutex>
@@ -25,6 +26,9 @@ public:
     // Any thread. Copies the picture and schedules a repaint; false when the
     // frame cannot be shown (the previous picture then stays).
     bool AcceptFrame(const QGL_Frame& _frame);
+    // Any thread. Like AcceptFrame, but keeps the sender's planes alive
+    // through _pHolder instead of copying them.
+    bool AcceptSharedFrame(const QGL_Frame& _frame, std::shared_ptr<void> _pHolder);
     // Any thread. Drops the picture; the widget turns black.
     void ClearFrame();
 
@@ -38,6 +42,8 @@ private slots:
 private:
     void ScheduleRepaint();
     void TakeIncoming();
+    // With m_mutexPush held.
+    void ReportRefusal(const QString& _qstrError);
 
     // Pushers write into the spare picture outside the hand-over lock, so the
     // GUI thread never waits for a copy; the three pictures rotate.

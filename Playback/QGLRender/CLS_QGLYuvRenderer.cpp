@@ -1,6 +1,8 @@
 #include "CLS_QGLYuvRenderer.h"
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 
 #include <QGenericMatrix>
 #include <QOpenGLContext>
@@ -8,6 +10,10 @@
 #include <QtDebug>
 
 #include "CLS_QGLPicture.h"
+
+#ifndef GL_UNPACK_ROW_LENGTH
+#define GL_UNPACK_ROW_LENGTH 0x0CF2
+#endif
 
 // GLES 2 headers lack the sized single- and two-channel formats; they are only
 // used on desktop core contexts, where the values are fixed by the standard.
@@ -104,6 +110,7 @@ bool CLS_QGLYuvRenderer::Initialize()
     const QSurfaceFormat fmt = pContext->format();
     m_blCoreProfile = !m_blGles && fmt.profile() == QSurfaceFormat::CoreProfile &&
                       fmt.version() >= qMakePair(3, 2);
+    m_blRowLength = !m_blGles || fmt.majorVersion() >= 3;
 
     m_pProgramPlanar = std::make_unique<QOpenGLShaderProgram>();
     m_pProgramNv12 = std::make_unique<QOpenGLShaderProgram>();
@@ -210,18 +217,38 @@ void CLS_QGLYuvRenderer::UploadPlane(int _iPlane, const CLS_QGLPicture& _picture
         uFormat = static_cast<GLenum>(iInternal);
     }
     const QSize sizePlane(_picture.PlaneWidth(_iPlane), _picture.PlaneHeight(_iPlane));
+    const std::uint8_t* pData = _picture.PlaneData(_iPlane);
+    const int iStride = _picture.PlaneStride(_iPlane);
+    const bool blPadded = iStride != sizePlane.width() * iBytes;
     glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(_iPlane));
     glBindTexture(GL_TEXTURE_2D, m_auTextures[_iPlane]);
     // Reallocating storage only when the geometry changes keeps a steady
     // stream on the cheaper sub-image path.
-    if (sizePlane != m_aSizeTextures[_iPlane] || iBytes != m_iBytesPerTexel[_iPlane]) {
+    const bool blNewStorage =
+        sizePlane != m_aSizeTextures[_iPlane] || iBytes != m_iBytesPerTexel[_iPlane];
+    if (blNewStorage) {
         glTexImage2D(GL_TEXTURE_2D, 0, iInternal, sizePlane.width(), sizePlane.height(), 0, uFormat,
-                     GL_UNSIGNED_BYTE, _picture.PlaneData(_iPlane));
+                     GL_UNSIGNED_BYTE, blPadded ? nullptr : pData);
         m_aSizeTextures[_iPlane] = sizePlane;
         m_iBytesPerTexel[_iPlane] = iBytes;
-    } else {
+        if (!blPadded) return;
+    }
+    if (!blPadded) {
         glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, sizePlane.width(), sizePlane.height(), uFormat,
-                        GL_UNSIGNED_BYTE, _picture.PlaneData(_iPlane));
+                        GL_UNSIGNED_BYTE, pData);
+    } else if (m_blRowLength) {
+        // Shared decoder pictures have padded rows; the driver skips the
+        // padding itself.
+        glPixelStorei(GL_UNPACK_ROW_LENGTH, iStride / iBytes);
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, sizePlane.width(), sizePlane.height(), uFormat,
+                        GL_UNSIGNED_BYTE, pData);
+        glPixelStorei(GL_UNPACK_ROW_LENGTH, 0);
+    } else {
+        // GLES 2 has no row length: one row at a time.
+        for (int r = 0; r < sizePlane.height(); ++r) {
+            glTexSubImage2D(GL_TEXTURE_2D, 0, 0, r, sizePlane.width(), 1, uFormat, GL_UNSIGNED_BYTE,
+                            pData + static_cast<std::ptrdiff_t>(r) * iStride);
+        }
     }
 }
 

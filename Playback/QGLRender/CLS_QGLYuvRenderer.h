@@ -46,6 +46,8 @@ private:
     // Desktop GL 3.2+ core has no luminance textures and needs GLSL 1.50 and a VAO.
     bool m_blCoreProfile = false;
     bool m_blGles = false;
+    // GL_UNPACK_ROW_LENGTH exists (all but GLES 2).
+    bool m_blRowLength = false;
     std::unique_ptr<QOpenGLShaderProgram> m_pProgramPlanar;
     std::unique_ptr<QOpenGLShaderProgram> m_pProgramNv12;
     QOpenGLBuffer m_bufQuad{QOpenGLBuffer::VertexBuffer};

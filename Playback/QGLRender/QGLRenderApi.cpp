@@ -1,6 +1,7 @@
 #include "QGLRenderApi.h"
 
 #include <exception>
+#include <memory>
 
 #include <QApplication>
 #include <QThread>
@@ -73,6 +74,34 @@ int QGL_PushFrame(void* handle, const QGL_Frame* frame)
         if (!CLS_QGLWidgetRegistry::Instance().WithWidget(
                 handle, [&](CLS_QGLRenderWidget* _pWidget) {
                     blAccepted = _pWidget->AcceptFrame(*frame);
+                })) {
+            return -1;
+        }
+        return blAccepted ? 0 : -2;
+    } catch (...) {
+        return -3;
+    }
+}
+
+int QGL_PushSharedFrame(void* handle, const QGL_Frame* frame, QGL_ReleaseFunc release, void* opaque)
+{
+    // Whatever happens below, the planes are handed back exactly once: the
+    // holder owns them from here on.
+    std::shared_ptr<void> pHolder;
+    try {
+        pHolder = std::shared_ptr<void>(opaque, [release](void* _pOpaque) {
+            if (release) release(_pOpaque);
+        });
+    } catch (...) {
+        if (release) release(opaque);
+        return -3;
+    }
+    try {
+        if (!frame) return -2;
+        bool blAccepted = false;
+        if (!CLS_QGLWidgetRegistry::Instance().WithWidget(
+                handle, [&](CLS_QGLRenderWidget* _pWidget) {
+                    blAccepted = _pWidget->AcceptSharedFrame(*frame, std::move(pHolder));
                 })) {
             return -1;
         }

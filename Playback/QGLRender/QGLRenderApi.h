@@ -62,6 +62,14 @@ QGL_EXPORT int QGL_IsRenderWidget(void* handle);
 // Hands the widget a picture to show (it repaints on its own thread). 0 on
 // success, -1 for an unknown handle, -2 for a frame it cannot show.
 QGL_EXPORT int QGL_PushFrame(void* handle, const QGL_Frame* frame);
+// Like QGL_PushFrame, but the widget keeps the planes where they are instead
+// of copying them (line sizes must be positive). It calls release(opaque)
+// exactly once, on any thread, when it no longer needs them: at once when the
+// frame is refused or the handle unknown, else when a newer picture replaces
+// this one on screen or the widget goes away.
+typedef void (*QGL_ReleaseFunc)(void* opaque);
+QGL_EXPORT int QGL_PushSharedFrame(void* handle, const QGL_Frame* frame, QGL_ReleaseFunc release,
+                                   void* opaque);
 // Drops the picture: the widget shows black. 0, or -1 for an unknown handle.
 QGL_EXPORT int QGL_Clear(void* handle);
 

@@ -1,5 +1,7 @@
 #include "CLS_FrameQueue.h"
 
+#include <algorithm>
+
 extern "C" {
 #include <libavutil/frame.h>
 }
@@ -91,6 +93,19 @@ void CLS_FrameQueue::Reset()
     Flush();
     std::lock_guard<std::mutex> lock(m_mutex);
     m_blAbort = false;
+}
+
+void CLS_FrameQueue::SetCapacity(std::size_t _sizeCapacity)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_sizeCapacity = std::max<std::size_t>(1, _sizeCapacity);
+    m_cvChanged.notify_all();
+}
+
+std::size_t CLS_FrameQueue::Capacity() const
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_sizeCapacity;
 }
 
 std::size_t CLS_FrameQueue::Count() const

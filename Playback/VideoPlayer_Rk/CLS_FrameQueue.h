@@ -48,10 +48,14 @@ public:
     void Wake();
     void Abort();
     void Reset();
+    // A picture size known only once the stream is open changes how many
+    // pictures fit the memory the queue may hold.
+    void SetCapacity(std::size_t _sizeCapacity);
+    std::size_t Capacity() const;
     std::size_t Count() const;
 
 private:
-    const std::size_t m_sizeCapacity;
+    std::size_t m_sizeCapacity;
     const std::atomic<int>& m_iLatestSerial;
     mutable std::mutex m_mutex;
     std::condition_variable m_cvChanged;

@@ -13,8 +13,12 @@ extern "C" {
 namespace RK_Framework::VideoPlayer {
 
 namespace {
-// Decoded pictures waiting for their time: enough to hide a slow keyframe.
+// Decoded pictures waiting for their time: enough to hide a slow keyframe,
+// bounded in bytes so that large pictures do not multiply the memory. Every
+// queued picture also keeps a buffer of the decoder's pool out of reuse.
 constexpr std::size_t kFrameQueueSize = 4;
+constexpr std::size_t kMinFrameQueueSize = 2;
+constexpr std::size_t kFrameQueueBytes = 8u * 1024u * 1024u;
 // Pictures kept for stepping back: about 30 at 1080p. Fresh memory for more
 // costs more in page faults than decoding them again would.
 constexpr std::size_t kStepCacheBytes = 96u * 1024u * 1024u;
@@ -81,6 +85,9 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
             av_packet_free(&pPacket);
     }
     if (!blDecoded) return false;
+    const std::size_t sizePicture = std::max<std::size_t>(1, m_videoDecoder.PictureBytes());
+    m_frames.SetCapacity(
+        std::clamp(kFrameQueueBytes / sizePicture, kMinFrameQueueSize, kFrameQueueSize));
 
     // Times run from the first picture, whatever clock the recorder started.
     const double dContainer = m_source.DurationSeconds();

@@ -10,6 +10,7 @@
 extern "C" {
 #include <libavcodec/avcodec.h>
 #include <libavformat/avformat.h>
+#include <libavutil/imgutils.h>
 }
 
 namespace RK_Framework::VideoPlayer {
@@ -18,6 +19,7 @@ namespace {
 // Two frame threads beat "auto" on the two-core machines we ship for: more
 // threads only add reordering delay and memory.
 constexpr int kDecoderThreads = 2;
+constexpr int kPlainThreads = 1;
 // Give up looking for a first picture after this many packets.
 constexpr int kMaxPacketsForFirst = 3000;
 // Recorder streams sometimes never flag a keyframe; stop waiting for one.
@@ -42,41 +44,70 @@ CLS_VideoDecoder::~CLS_VideoDecoder()
 
 bool CLS_VideoDecoder::Open(AVStream* _pStream, std::string& _strError)
 {
-    const AVCodec* pDecoder = avcodec_find_decoder(_pStream->codecpar->codec_id);
+    m_pStream = _pStream;
+    m_pScratch = av_frame_alloc();
+    const int iThreads = m_state.m_dSpeed.load() > 1.0 ? kDecoderThreads : kPlainThreads;
+    if (!m_pScratch || !OpenCodec(iThreads, _strError)) return false;
+    m_state.m_dTimeBase = av_q2d(_pStream->time_base);
+    m_i64NominalTicks = std::max<std::int64_t>(
+        1, static_cast<std::int64_t>(m_state.m_dFrameDuration / m_state.m_dTimeBase + 0.5));
+    // A first guess until real decoding tells: about 2 ns per pixel on one
+    // thread here.
+    m_dCostPerFrame = 2.0e-9 * std::max(1, m_pCodec->width) * std::max(1, m_pCodec->height);
+    return true;
+}
+
+bool CLS_VideoDecoder::OpenCodec(int _iThreads, std::string& _strError)
+{
+    avcodec_free_context(&m_pCodec);
+    m_iThreads = 0;
+    const AVCodec* pDecoder = avcodec_find_decoder(m_pStream->codecpar->codec_id);
     if (!pDecoder) {
-        _strError = std::string("no decoder for ") + avcodec_get_name(_pStream->codecpar->codec_id);
+        _strError =
+            std::string("no decoder for ") + avcodec_get_name(m_pStream->codecpar->codec_id);
         return false;
     }
     m_pCodec = avcodec_alloc_context3(pDecoder);
-    m_pScratch = av_frame_alloc();
-    if (!m_pCodec || !m_pScratch ||
-        avcodec_parameters_to_context(m_pCodec, _pStream->codecpar) < 0) {
+    if (!m_pCodec || avcodec_parameters_to_context(m_pCodec, m_pStream->codecpar) < 0) {
         _strError = "cannot set up the video decoder";
         return false;
     }
-    m_pCodec->pkt_timebase = _pStream->time_base;
-    m_pCodec->thread_count = kDecoderThreads;
+    m_pCodec->pkt_timebase = m_pStream->time_base;
+    m_pCodec->thread_count = _iThreads;
     m_pCodec->thread_type = FF_THREAD_FRAME;
     if (avcodec_open2(m_pCodec, pDecoder, nullptr) < 0) {
         _strError = "cannot open the video decoder";
         return false;
     }
-    m_state.m_dTimeBase = av_q2d(_pStream->time_base);
-    m_i64NominalTicks = std::max<std::int64_t>(
-        1, static_cast<std::int64_t>(m_state.m_dFrameDuration / m_state.m_dTimeBase + 0.5));
-    // A first guess until real decoding tells: about 1.1 ns per pixel here.
-    m_dCostPerFrame = 1.1e-9 * std::max(1, m_pCodec->width) * std::max(1, m_pCodec->height);
+    m_iThreads = _iThreads;
+    m_iLevel = 0;
     return true;
 }
 
-int CLS_VideoDecoder::Width() const
+void CLS_VideoDecoder::ChooseThreads()
 {
-    return m_pCodec ? m_pCodec->width : 0;
+    // Frame threads pay for their speed with pictures in flight and a copy
+    // of the decoder's tables each (at 1080p some 12 MB). Plain playback up to
+    // 1X needs a fraction of one core; landing on a target and fast playback
+    // want the second thread. A new position starts from a keyframe with a
+    // flushed decoder anyway, so that is where the decoder is replaced.
+    const bool blHurry = m_stSeek.m_i64Target != INT64_MIN || m_state.m_dSpeed.load() > 1.0;
+    const int iWanted = blHurry ? kDecoderThreads : kPlainThreads;
+    std::string strIgnored;
+    if (iWanted == m_iThreads || OpenCodec(iWanted, strIgnored)) return;
+    // The decoder opened once with these parameters; if it fails now, stay
+    // with what works.
+    OpenCodec(m_iThreads > 0 ? m_iThreads : kPlainThreads, strIgnored);
 }
 
-int CLS_VideoDecoder::Height() const
+std::size_t CLS_VideoDecoder::PictureBytes() const
 {
-    return m_pCodec ? m_pCodec->height : 0;
+    if (!m_pCodec || m_pCodec->width <= 0 || m_pCodec->height <= 0) return 0;
+    if (m_pCodec->pix_fmt == AV_PIX_FMT_NONE)
+        return static_cast<std::size_t>(m_pCodec->width) * m_pCodec->height * 3 / 2;
+    const int iBytes =
+        av_image_get_buffer_size(m_pCodec->pix_fmt, m_pCodec->width, m_pCodec->height, 1);
+    return iBytes > 0 ? static_cast<std::size_t>(iBytes) : 0;
 }
 
 bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacket*>& _vecAudio,
@@ -128,10 +159,11 @@ void CLS_VideoDecoder::Join()
 
 void CLS_VideoDecoder::BeginSerial(int _iSerial)
 {
-    avcodec_flush_buffers(m_pCodec);
+    Flush();
     m_iSerial = _iSerial;
     m_stSeek = m_state.LatestSeek();
     if (m_stSeek.m_iSerial != _iSerial) m_stSeek = ST_SeekRequest{};
+    ChooseThreads();
     m_blWaitKey = true;
     m_iSkippedForKey = 0;
     m_blFirstAfterSeek = true;
@@ -152,7 +184,7 @@ int CLS_VideoDecoder::DiscardLevel() const
 
 void CLS_VideoDecoder::ApplyDiscard(int _iLevel)
 {
-    if (_iLevel == m_iLevel) return;
+    if (_iLevel == m_iLevel || !m_pCodec) return;
     m_iLevel = _iLevel;
     m_pCodec->skip_frame = _iLevel == 0   ? AVDISCARD_DEFAULT
                            : _iLevel == 1 ? AVDISCARD_NONREF
@@ -195,6 +227,7 @@ void CLS_VideoDecoder::Feed(const AVPacket* _pPacket)
     using Clock = std::chrono::steady_clock;
     const auto tpStart = Clock::now();
     int iFrames = 0;
+    if (!m_pCodec) return;
     int iRet = avcodec_send_packet(m_pCodec, _pPacket);
     // A damaged packet is skipped; the stream goes on.
     if (iRet < 0 && iRet != AVERROR(EAGAIN) && iRet != AVERROR_EOF && _pPacket) return;
@@ -308,7 +341,7 @@ void CLS_VideoDecoder::FinishStream()
     if (m_stSeek.m_i64Target != INT64_MIN && m_blFirstAfterSeek && !m_stSeek.m_blToStart) {
         // The seek ran into the end without a single picture (a bisection
         // that landed in the tail): go further back rather than show nothing.
-        avcodec_flush_buffers(m_pCodec);
+        Flush();
         RetryFurtherBack();
         return;
     }
@@ -318,7 +351,12 @@ void CLS_VideoDecoder::FinishStream()
     stEnd.m_iSerial = m_iSerial;
     stEnd.m_llPts = m_i64LastPts;
     m_frames.Put(stEnd);
-    avcodec_flush_buffers(m_pCodec);
+    Flush();
+}
+
+void CLS_VideoDecoder::Flush()
+{
+    if (m_pCodec) avcodec_flush_buffers(m_pCodec);
 }
 
 }  // namespace RK_Framework::VideoPlayer

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <thread>
@@ -43,8 +44,12 @@ public:
 
     int Width() const;
     int Height() const;
+    // Bytes of one decoded picture (0 before the format is known).
+    std::size_t PictureBytes() const;
 
 private:
+    bool OpenCodec(int _iThreads, std::string& _strError);
+    void ChooseThreads();
     void Run();
     void BeginSerial(int _iSerial);
     // Sends one packet (null: drain) and handles every picture that comes out.
@@ -53,6 +58,7 @@ private:
     void Deliver(ST_VideoFrame& _stFrame);
     void DeliverHeld();
     void FinishStream();
+    void Flush();
     void RetryFurtherBack();
     int DiscardLevel() const;
     void ApplyDiscard(int _iLevel);
@@ -61,7 +67,9 @@ private:
     CLS_PacketQueue& m_packets;
     CLS_FrameQueue& m_frames;
     CLS_StepCache& m_cache;
+    AVStream* m_pStream = nullptr;
     AVCodecContext* m_pCodec = nullptr;
+    int m_iThreads = 0;
     AVFrame* m_pScratch = nullptr;
     std::thread m_thread;
 

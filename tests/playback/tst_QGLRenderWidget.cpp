@@ -136,6 +136,7 @@ private slots:
     void layoutsAgree();
     void bottomUpRowsAndRefusedFrames();
     void clearAndResize();
+    void sharedPicturesGoBackOnce();
     void reparentKeepsPicture();
     void pushFromWorkerRepaints();
     void pushRacingRelease();
@@ -395,6 +396,57 @@ void TestQGLRenderWidget::clearAndResize()
     // And the next picture after a clear shows again.
     QCOMPARE(QGL_PushFrame(shown.Handle(), &picture.Frame()), 0);
     VERIFY_PIXELS(shown.Grab(), {{{150, 200}, g_white}}, 4);
+}
+
+void TestQGLRenderWidget::sharedPicturesGoBackOnce()
+{
+    std::atomic<int> iReleased{0};
+    const QGL_ReleaseFunc fnRelease = [](void* _pCount) {
+        ++*static_cast<std::atomic<int>*>(_pCount);
+    };
+    ShownWidget shown(QSize(320, 240));
+    QVERIFY(shown.Ready());
+    // Padded rows, read in place: NV12 and planar both land on the right
+    // pixels (on GLES 2 row by row).
+    const Yuv aQuad[4] = {g_yuvRed601, g_yuvGreen601, g_yuvBlue601, g_yuvWhite};
+    TestPicture nv12(QGL_PIX_NV12, 320, 240, aQuad);
+    TestPicture planar = Uniform(g_yuvBlue601);
+    QCOMPARE(QGL_PushSharedFrame(shown.Handle(), &nv12.Frame(), fnRelease, &iReleased), 0);
+    VERIFY_PIXELS(
+        shown.Grab(),
+        {{{80, 60}, g_red}, {{240, 60}, g_green}, {{80, 180}, g_blue}, {{240, 180}, g_white}}, 4);
+    QCOMPARE(iReleased.load(), 0);  // still on screen
+    QCOMPARE(QGL_PushSharedFrame(shown.Handle(), &planar.Frame(), fnRelease, &iReleased), 0);
+    VERIFY_PIXELS(shown.Grab(), {{{160, 120}, g_blue}}, 4);
+    QCOMPARE(iReleased.load(), 1);  // the NV12 picture, replaced on screen
+
+    // A picture overtaken before it was drawn goes back as well.
+    QCOMPARE(QGL_PushSharedFrame(shown.Handle(), &nv12.Frame(), fnRelease, &iReleased), 0);
+    QCOMPARE(QGL_PushSharedFrame(shown.Handle(), &planar.Frame(), fnRelease, &iReleased), 0);
+    QCOMPARE(iReleased.load(), 2);
+    VERIFY_PIXELS(shown.Grab(), {{{160, 120}, g_blue}}, 4);
+    QCOMPARE(iReleased.load(), 3);
+
+    // Refused or unknown: handed back before the call returns.
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("frame refused: plane 0 .*shorter"));
+    QGL_Frame bottomUp = planar.Frame();
+    bottomUp.linesize[0] = -bottomUp.linesize[0];
+    QCOMPARE(QGL_PushSharedFrame(shown.Handle(), &bottomUp, fnRelease, &iReleased), -2);
+    QCOMPARE(iReleased.load(), 4);
+    int iNotAWidget = 0;
+    QCOMPARE(QGL_PushSharedFrame(&iNotAWidget, &planar.Frame(), fnRelease, &iReleased), -1);
+    QCOMPARE(QGL_PushSharedFrame(shown.Handle(), nullptr, fnRelease, &iReleased), -2);
+    QCOMPARE(iReleased.load(), 6);
+    VERIFY_PIXELS(shown.Grab(), {{{160, 120}, g_blue}}, 4);
+
+    // Clearing gives the picture on screen back; so does the widget's end.
+    QCOMPARE(QGL_Clear(shown.Handle()), 0);
+    VERIFY_PIXELS(shown.Grab(), {{{160, 120}, g_black}}, 4);
+    QCOMPARE(iReleased.load(), 7);
+    QCOMPARE(QGL_PushSharedFrame(shown.Handle(), &planar.Frame(), fnRelease, &iReleased), 0);
+    VERIFY_PIXELS(shown.Grab(), {{{160, 120}, g_blue}}, 4);
+    QCOMPARE(QGL_Release(shown.Handle()), 0);
+    QCOMPARE(iReleased.load(), 8);
 }
 
 void TestQGLRenderWidget::reparentKeepsPicture()

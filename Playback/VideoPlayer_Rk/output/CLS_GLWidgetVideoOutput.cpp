@@ -3,6 +3,7 @@
 #include <string>
 
 extern "C" {
+#include <libavutil/frame.h>
 #include <libavutil/imgutils.h>
 #include <libavutil/pixdesc.h>
 #include <libswscale/swscale.h>
@@ -34,6 +35,12 @@ int WidgetLayout(int _iFormat)
         default:
             return -1;
     }
+}
+
+void ReleaseFrame(void* _pOpaque)
+{
+    AVFrame* pFrame = static_cast<AVFrame*>(_pOpaque);
+    av_frame_free(&pFrame);
 }
 
 std::string FormatName(int _iFormat)
@@ -71,17 +78,26 @@ bool CLS_GLWidgetVideoOutput::Show(const AVFrame* _pFrame)
     frame.fullRange = CLS_VideoFrameTraits::IsFullRange(_pFrame) ? 1 : 0;
 
     const int iLayout = WidgetLayout(_pFrame->format);
+    AVFrame* pShared = nullptr;
     if (iLayout >= 0) {
         frame.format = iLayout;
         for (int i = 0; i < 3; ++i) {
             frame.data[i] = _pFrame->data[i];
             frame.linesize[i] = _pFrame->linesize[i];
         }
+        // The widget may keep a reference to the decoder's picture: a copy of
+        // every picture would cost a full picture of memory per buffer the
+        // widget rotates, and the copying time on this thread.
+        const bool blTopDown = _pFrame->linesize[0] > 0 && _pFrame->linesize[1] > 0 &&
+                               (iLayout == QGL_PIX_NV12 || _pFrame->linesize[2] > 0);
+        if (m_library.CanShare() && blTopDown && _pFrame->buf[0]) pShared = av_frame_clone(_pFrame);
     } else if (!Convert(_pFrame, frame)) {
         return false;
     }
 
-    const int iResult = m_library.PushFrame(m_pWidget, frame);
+    const int iResult = pShared
+                            ? m_library.PushSharedFrame(m_pWidget, frame, &ReleaseFrame, pShared)
+                            : m_library.PushFrame(m_pWidget, frame);
     if (iResult != 0) {
         m_diagnostics.Report(iResult == -1 ? "the render widget is gone"
                                            : "the render widget refused the frame");

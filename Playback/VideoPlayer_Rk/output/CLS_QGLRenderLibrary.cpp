@@ -25,6 +25,8 @@ const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
         CLS_SharedLibrary::Symbol(pHandle, "QGL_IsRenderWidget"));
     const auto fnPush =
         reinterpret_cast<FnPushFrame>(CLS_SharedLibrary::Symbol(pHandle, "QGL_PushFrame"));
+    const auto fnPushShared =
+        reinterpret_cast<FnPushShared>(CLS_SharedLibrary::Symbol(pHandle, "QGL_PushSharedFrame"));
     const auto fnClear = reinterpret_cast<FnClear>(CLS_SharedLibrary::Symbol(pHandle, "QGL_Clear"));
     if (!fnIs || !fnPush || !fnClear) {
         if (!s_blBrokenReported) {
@@ -34,7 +36,7 @@ const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
         }
         return nullptr;
     }
-    s_pLibrary = new CLS_QGLRenderLibrary(fnIs, fnPush, fnClear);
+    s_pLibrary = new CLS_QGLRenderLibrary(fnIs, fnPush, fnPushShared, fnClear);
     return s_pLibrary;
 }
 

@@ -19,19 +19,32 @@ public:
     {
         return m_fnPushFrame(_pHandle, &_frame);
     }
+    // Null when the loaded QGLRender predates shared pictures.
+    bool CanShare() const { return m_fnPushShared != nullptr; }
+    int PushSharedFrame(void* _pHandle, const QGL_Frame& _frame, QGL_ReleaseFunc _fnRelease,
+                        void* _pOpaque) const
+    {
+        return m_fnPushShared(_pHandle, &_frame, _fnRelease, _pOpaque);
+    }
     int Clear(void* _pHandle) const { return m_fnClear(_pHandle); }
 
 private:
     using FnIsRenderWidget = int (*)(void*);
     using FnPushFrame = int (*)(void*, const QGL_Frame*);
+    using FnPushShared = int (*)(void*, const QGL_Frame*, QGL_ReleaseFunc, void*);
     using FnClear = int (*)(void*);
 
-    CLS_QGLRenderLibrary(FnIsRenderWidget _fnIs, FnPushFrame _fnPush, FnClear _fnClear)
-        : m_fnIsRenderWidget(_fnIs), m_fnPushFrame(_fnPush), m_fnClear(_fnClear)
+    CLS_QGLRenderLibrary(FnIsRenderWidget _fnIs, FnPushFrame _fnPush, FnPushShared _fnPushShared,
+                         FnClear _fnClear)
+        : m_fnIsRenderWidget(_fnIs),
+          m_fnPushFrame(_fnPush),
+          m_fnPushShared(_fnPushShared),
+          m_fnClear(_fnClear)
     {}
 
     FnIsRenderWidget m_fnIsRenderWidget;
     FnPushFrame m_fnPushFrame;
+    FnPushShared m_fnPushShared;
     FnClear m_fnClear;
 };
 
