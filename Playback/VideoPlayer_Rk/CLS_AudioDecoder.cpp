@@ -1,5 +1,7 @@
 #include "CLS_AudioDecoder.h"
 
+#include <cmath>
+
 #include <chrono>
 #include <cstring>
 #include <vector>
@@ -133,9 +135,12 @@ void CLS_AudioDecoder::Convert(AVFrame* _pFrame)
     vecData.resize(static_cast<std::size_t>(iSamples) * m_output.Channels() * 2);
     double dTime = m_dNextTime;
     const std::int64_t i64Pts = _pFrame->best_effort_timestamp;
-    if (i64Pts != AV_NOPTS_VALUE)
-        dTime = static_cast<double>(i64Pts) * m_dTimeBase -
-                static_cast<double>(m_state.m_i64FirstPts) * m_state.m_dTimeBase;
+    if (i64Pts != AV_NOPTS_VALUE) {
+        // Sound follows the pictures' timeline, joins taken out the same way.
+        const auto i64VideoTicks =
+            static_cast<std::int64_t>(std::llround(i64Pts * m_dTimeBase / m_state.m_dTimeBase));
+        dTime = m_state.TimeOf(m_state.m_timeline.ToLine(i64VideoTicks, _pFrame->pkt_pos));
+    }
     m_dNextTime = dTime + static_cast<double>(iSamples) / m_output.SampleRate();
     m_output.Push(std::move(vecData), dTime, m_iSerial);
 }

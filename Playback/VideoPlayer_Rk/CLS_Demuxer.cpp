@@ -46,6 +46,23 @@ bool CLS_Demuxer::QueuesFull() const
     return m_videoQueue.Count() >= kEnoughPackets && blAudioEnough;
 }
 
+bool CLS_Demuxer::SeekTo(const ST_SeekRequest& _stSeek)
+{
+    const CLS_Timeline& timeline = m_state.m_timeline;
+    if (_stSeek.m_blToStart) {
+        // A search by time for the start of joined recordings can end up in
+        // the wrong one; their data starts at byte zero.
+        if (timeline.HasJoins() && m_source.SeekByte(0)) return true;
+        return m_source.Seek(0, true);
+    }
+    std::size_t sizePart = 0;
+    const std::int64_t i64Pts = timeline.ToStream(_stSeek.m_i64SeekPts, sizePart);
+    // Where a later recording's clock restarts below an earlier one's, a time
+    // alone does not say which recording is meant: go by bytes.
+    if (timeline.SeeksByByte()) return m_source.SeekByte(timeline.SeekPosition(sizePart, i64Pts));
+    return m_source.Seek(i64Pts, false);
+}
+
 void CLS_Demuxer::Run()
 {
     int iSerial = m_state.m_iSerial.load();
@@ -58,7 +75,7 @@ void CLS_Demuxer::Run()
             m_audioQueue.Flush();
             // A failed seek still restarts from somewhere sensible: the decoder
             // backs off further when it lands after its target.
-            if (!m_source.Seek(stSeek.m_i64SeekPts, stSeek.m_blToStart)) m_source.Seek(0, true);
+            if (!SeekTo(stSeek)) m_source.Seek(0, true);
             iSerial = stSeek.m_iSerial;
             blEof = false;
         }

@@ -7,6 +7,7 @@ namespace RK_Framework::VideoPlayer {
 class CLS_MediaSource;
 class CLS_PacketQueue;
 class CLS_SessionState;
+struct ST_SeekRequest;
 
 // Reads the container ahead of the decoders, never further than the queues
 // allow, and carries out seeks: the latest request wins, queued packets of the
@@ -26,6 +27,7 @@ public:
 
 private:
     void Run();
+    bool SeekTo(const ST_SeekRequest& _stSeek);
     bool QueuesFull() const;
 
     CLS_SessionState& m_state;

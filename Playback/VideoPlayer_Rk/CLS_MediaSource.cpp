@@ -1,5 +1,6 @@
 #include "CLS_MediaSource.h"
 
+#include <algorithm>
 #include <vector>
 
 extern "C" {
@@ -100,6 +101,12 @@ bool CLS_MediaSource::Seek(std::int64_t _i64Pts, bool _blToStart)
     }
     if (avformat_seek_file(m_pFormat, m_iVideo, INT64_MIN, _i64Pts, _i64Pts, 0) >= 0) return true;
     return av_seek_frame(m_pFormat, m_iVideo, _i64Pts, AVSEEK_FLAG_BACKWARD) >= 0;
+}
+
+bool CLS_MediaSource::SeekByte(std::int64_t _i64Pos)
+{
+    if (!m_pFormat) return false;
+    return av_seek_frame(m_pFormat, -1, std::max<std::int64_t>(0, _i64Pos), AVSEEK_FLAG_BYTE) >= 0;
 }
 
 void CLS_MediaSource::Interrupt(bool _blInterrupt)

@@ -32,6 +32,8 @@ public:
     // Moves to the keyframe at or before _i64Pts (video time base); with
     // _blToStart, to the very beginning of the data.
     bool Seek(std::int64_t _i64Pts, bool _blToStart);
+    // Moves to the first packet at or after byte _i64Pos.
+    bool SeekByte(std::int64_t _i64Pos);
     void Interrupt(bool _blInterrupt);
 
     AVFormatContext* Format() const { return m_pFormat; }

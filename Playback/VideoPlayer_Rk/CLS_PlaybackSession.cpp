@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "CLS_TimelineScanner.h"
 #include "output/IVideoOutput.h"
 
 extern "C" {
@@ -66,6 +67,8 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
     }
     m_state.m_dFrameDuration = m_source.NominalFrameDuration();
     if (!m_videoDecoder.Open(m_source.VideoStream(), _strError)) return false;
+    CLS_TimelineScanner(m_source, m_state.m_dTimeBase, m_state.m_dFrameDuration)
+        .Build(m_state.m_timeline);
 
     bool blAudio = false;
     if (m_source.AudioStream()) {
@@ -91,7 +94,10 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
 
     // Times run from the first picture, whatever clock the recorder started.
     const double dContainer = m_source.DurationSeconds();
-    if (dContainer > 0.0) {
+    if (m_state.m_timeline.HasJoins()) {
+        // The container counts the jumps between joined recordings too.
+        m_dDuration = std::max(0.0, m_state.TimeOf(m_state.m_timeline.LineEnd()));
+    } else if (dContainer > 0.0) {
         const AVFormatContext* pFormat = m_source.Format();
         const double dStart = pFormat->start_time != AV_NOPTS_VALUE
                                   ? static_cast<double>(pFormat->start_time) / AV_TIME_BASE

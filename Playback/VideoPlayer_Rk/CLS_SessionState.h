@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <mutex>
 
+#include "CLS_Timeline.h"
+
 namespace RK_Framework::VideoPlayer {
 
 // Where the demuxer should go next and what the video decoder should land on.
@@ -32,6 +34,9 @@ public:
     // Raised by the presenter when pictures come too late at high speed.
     std::atomic<int> m_iLagLevel{0};
 
+    // Picture times below are places on the timeline (the stream's clock
+    // with the jumps between joined recordings taken out).
+    CLS_Timeline m_timeline;
     std::int64_t m_i64FirstPts = 0;  // video time base
     double m_dTimeBase = 0.0;        // seconds per video time-base unit
     double m_dFrameDuration = 0.04;  // nominal seconds per picture

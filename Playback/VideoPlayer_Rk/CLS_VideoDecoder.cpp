@@ -254,6 +254,7 @@ void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
 {
     std::int64_t i64Pts = _pFrame->best_effort_timestamp;
     if (i64Pts == AV_NOPTS_VALUE) i64Pts = _pFrame->pts;
+    if (i64Pts != AV_NOPTS_VALUE) i64Pts = m_state.m_timeline.ToLine(i64Pts, _pFrame->pkt_pos);
     if (i64Pts == AV_NOPTS_VALUE)
         i64Pts = m_blHaveLast ? m_i64LastPts + m_i64NominalTicks
                               : (m_blHaveFirst ? m_state.m_i64FirstPts : 0);

@@ -41,10 +41,11 @@ QString MakeClip(const QString& _qstrDir, const ST_ClipSpec& _stSpec)
     // top 32 rows; chroma there is neutral so any pixel format reads alike.
     qlstArgs << QStringLiteral("-vf")
              << QStringLiteral(
-                    "geq=lum='if(lt(Y,%1),if(mod(floor(N/pow(2,floor(X/%1))),2),235,16),lum(X,Y))'"
-                    ":cb='if(lt(Y,%2),128,cb(X,Y))':cr='if(lt(Y,%2),128,cr(X,Y))'")
+                    "geq=lum='if(lt(Y,%1),if(mod(floor((N+%3)/pow(2,floor(X/%1))),2),235,16),"
+                    "lum(X,Y))':cb='if(lt(Y,%2),128,cb(X,Y))':cr='if(lt(Y,%2),128,cr(X,Y))'")
                     .arg(kBlock)
-                    .arg(kBlock / 2);
+                    .arg(kBlock / 2)
+                    .arg(_stSpec.m_iFirstNumber);
     qlstArgs << _stSpec.m_qlstVideoArgs << _stSpec.m_qlstAudioArgs << _stSpec.m_qlstFormatArgs
              << qstrPath;
     QByteArray qbaOutput;

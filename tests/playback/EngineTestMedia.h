@@ -21,6 +21,7 @@ struct ST_ClipSpec
     int m_iHeight = 240;
     int m_iFps = 25;
     double m_dSeconds = 4.0;
+    int m_iFirstNumber = 0;  // number carried by the first picture
 };
 
 // Makes the clip in _qstrDir; the path, or an empty string on failure.

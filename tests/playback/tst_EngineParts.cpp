@@ -1,3 +1,5 @@
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -5,10 +7,15 @@
 #include <thread>
 
 #include "CLS_FrameQueue.h"
+#include "CLS_MediaSource.h"
 #include "CLS_PlayClock.h"
 #include "CLS_StepCache.h"
+#include "CLS_Timeline.h"
+#include "CLS_TimelineScanner.h"
+#include "EngineTestMedia.h"
 
 extern "C" {
+#include <libavformat/avformat.h>
 #include <libavutil/frame.h>
 }
 
@@ -41,6 +48,8 @@ private slots:
     void stepCacheStaysWithinBudget();
     void frameQueueDropsStaleWaiters();
     void clockFollowsSpeedAndPause();
+    void timelineTakesOutJoins();
+    void scannerSamplingFindsTheJoin();
 };
 
 void TestEngineParts::stepCacheKeepsOneUnbrokenRun()
@@ -152,6 +161,114 @@ void TestEngineParts::clockFollowsSpeedAndPause()
     stClock.SetPaused(true);
     const double dHeld = stClock.Get();
     QCOMPARE(stClock.Get(Clock::now() + std::chrono::seconds(60)), dHeld);
+}
+
+void TestEngineParts::timelineTakesOutJoins()
+{
+    // 90 kHz ticks, parts of 2 s each.
+    constexpr std::int64_t kTwoSeconds = 180000;
+    constexpr std::int64_t kHourIn = 3600LL * 90000;
+    CLS_Timeline timeline;
+    QCOMPARE(timeline.ToLine(12345, 0), 12345LL);  // nothing set: the stream's own clock
+    std::size_t sizePart = 9;
+    QCOMPARE(timeline.ToStream(777, sizePart), 777LL);
+    QCOMPARE(sizePart, std::size_t{0});
+
+    // An hour's jump forward: the second part continues where the first ended.
+    timeline.SetParts({{1000, 1000 + kTwoSeconds, 0}, {kHourIn, kHourIn + kTwoSeconds, 5000}}, {},
+                      450000);
+    QVERIFY(timeline.HasJoins());
+    QVERIFY(!timeline.SeeksByByte());
+    QCOMPARE(timeline.ToLine(1000 + 9000, 100), 10000LL);
+    QCOMPARE(timeline.ToLine(kHourIn + 9000, 6000), 1000 + kTwoSeconds + 9000);
+    QCOMPARE(timeline.ToLine(kHourIn + 9000, -1), 1000 + kTwoSeconds + 9000);
+    QCOMPARE(timeline.LineEnd(), 1000 + 2 * kTwoSeconds);
+    QCOMPARE(timeline.ToStream(1000 + kTwoSeconds + 9000, sizePart), kHourIn + 9000);
+    QCOMPARE(sizePart, std::size_t{1});
+    QCOMPARE(timeline.ToStream(1000 + kTwoSeconds - 1, sizePart), 1000 + kTwoSeconds - 1);
+    QCOMPARE(sizePart, std::size_t{0});
+
+    // A clock reset whose second part reuses the first one's times: the byte
+    // position tells them apart, and seeking has to go by bytes.
+    timeline.SetParts({{0, kTwoSeconds, 0}, {90000, 90000 + kTwoSeconds, 5000}},
+                      {{0, 0}, {2000, 90000}, {5000, 90000}, {7000, 180000}}, 450000);
+    QVERIFY(timeline.SeeksByByte());
+    QCOMPARE(timeline.ToLine(100000, 2500), 100000LL);
+    QCOMPARE(timeline.ToLine(100000, 7500), kTwoSeconds + 10000);
+    QCOMPARE(timeline.ToStream(kTwoSeconds + 10000, sizePart), 100000LL);
+    QCOMPARE(sizePart, std::size_t{1});
+    QCOMPARE(timeline.SeekPosition(1, 100000), 5000LL);  // not the first part's point at 2000
+    QCOMPARE(timeline.SeekPosition(1, 200000), 7000LL);
+    QCOMPARE(timeline.SeekPosition(0, 100000), 2000LL);
+    QCOMPARE(timeline.SeekPosition(0, 10), 0LL);
+
+    // Parts without pictures are no parts.
+    timeline.SetParts({{0, kTwoSeconds, 0}, {5, 5, 100}}, {}, 0);
+    QVERIFY(!timeline.HasJoins());
+}
+
+void TestEngineParts::scannerSamplingFindsTheJoin()
+{
+    // Two recordings, the second one's clock an hour later. Read through and
+    // sampled as if the file were large, the scan finds the same join.
+    QTemporaryDir qtmpDir;
+    QVERIFY(qtmpDir.isValid());
+    const QStringList qlstX264{"-c:v", "libx264", "-preset", "veryfast", "-g", "10"};
+    const QString qstrFirst = QuillTest::MakeClip(
+        qtmpDir.path(), {"a.ps", qlstX264, {}, {"-f", "mpeg"}, 320, 240, 25, 4.0, 0});
+    const QString qstrSecond =
+        QuillTest::MakeClip(qtmpDir.path(), {"b.ps",
+                                             qlstX264,
+                                             {},
+                                             {"-output_ts_offset", "3600", "-f", "mpeg"},
+                                             320,
+                                             240,
+                                             25,
+                                             4.0,
+                                             100});
+    QVERIFY(!qstrFirst.isEmpty() && !qstrSecond.isEmpty());
+    const QString qstrJoined = qtmpDir.filePath("joined.ps");
+    QFile qfJoined(qstrJoined);
+    QVERIFY(qfJoined.open(QIODevice::WriteOnly));
+    qint64 i64FirstSize = 0;
+    for (const QString& qstrPart : {qstrFirst, qstrSecond}) {
+        QFile qfPart(qstrPart);
+        QVERIFY(qfPart.open(QIODevice::ReadOnly));
+        if (i64FirstSize == 0) i64FirstSize = qfPart.size();
+        qfJoined.write(qfPart.readAll());
+    }
+    qfJoined.close();
+
+    CLS_MediaSource source;
+    QVERIFY(source.Open(qstrJoined.toStdString()));
+    const double dTimeBase = av_q2d(source.VideoStream()->time_base);
+    const std::int64_t i64Frame = std::llround(0.04 / dTimeBase);
+    CLS_Timeline timelineRead;
+    CLS_TimelineScanner(source, dTimeBase, 0.04).Build(timelineRead);
+    QCOMPARE(timelineRead.PartCount(), std::size_t{2});
+    // 8 s recorded: 200 pictures on one unbroken line (the program stream
+    // leaves the time of a part's last picture or so to be guessed).
+    const std::int64_t i64Pictures =
+        (timelineRead.LineEnd() - timelineRead.Part(0).m_i64RawStart + i64Frame / 2) / i64Frame;
+    QVERIFY2(std::llabs(i64Pictures - 200) <= 1, qPrintable(QString::number(i64Pictures)));
+    QVERIFY(timelineRead.Part(1).m_i64PosStart >= i64FirstSize - 4096);
+    QVERIFY(timelineRead.Part(1).m_i64PosStart <= i64FirstSize + 4096);
+
+    CLS_TimelineScanner::ST_Limits stSmall;
+    stSmall.m_i64FullScan = 0;
+    stSmall.m_i64Edge = 8 * 1024;
+    stSmall.m_i64Stretch = 8 * 1024;
+    CLS_Timeline timelineSampled;
+    CLS_TimelineScanner(source, dTimeBase, 0.04, stSmall).Build(timelineSampled);
+    QCOMPARE(timelineSampled.PartCount(), std::size_t{2});
+    QCOMPARE(timelineSampled.Part(1).m_i64PosStart, timelineRead.Part(1).m_i64PosStart);
+    QVERIFY(std::llabs(timelineSampled.LineEnd() - timelineRead.LineEnd()) <= 2 * i64Frame);
+    // Either way the source is back at its first picture.
+    AVPacket* pPacket = av_packet_alloc();
+    while (source.Read(pPacket) >= 0 && pPacket->stream_index != source.VideoIndex())
+        av_packet_unref(pPacket);
+    QCOMPARE(pPacket->pts, timelineRead.Part(0).m_i64RawStart);
+    av_packet_free(&pPacket);
 }
 
 QTEST_GUILESS_MAIN(TestEngineParts)

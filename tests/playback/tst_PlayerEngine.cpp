@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 
 #include "CLS_VideoPlayerEngine.h"
 #include "EngineTestMedia.h"
@@ -70,6 +71,8 @@ private slots:
     void endOfFileOnce();
     void recorderFilesPlayThrough_data();
     void recorderFilesPlayThrough();
+    void joinedRecordingsCountRecordedTime_data();
+    void joinedRecordingsCountRecordedTime();
     void survivesOperationStorm_data();
     void survivesOperationStorm();
     void destroyWhilePlayingIsPrompt();
@@ -150,15 +153,13 @@ void TestPlayerEngine::initTestCase()
                             25,
                             2.0};
     lstSpecs << ST_ClipSpec{"rec_lowfps.mp4", qlstX264, {}, {}, 326, 186, 2, 4.0};
-    lstSpecs << ST_ClipSpec{"rec_part1.ps", qlstX264, {}, qlstPs, 320, 240, 25, 1.0};
-    lstSpecs << ST_ClipSpec{"rec_part2.ps",
-                            qlstX264,
-                            {},
-                            {"-output_ts_offset", "3600", "-f", "mpeg"},
-                            320,
-                            240,
-                            25,
-                            1.0};
+    // Parts of joined recordings, numbered on across the join: the clock
+    // jumps an hour forward, or back from an hour in to zero.
+    const QStringList qlstPsHourIn{"-output_ts_offset", "3600", "-f", "mpeg"};
+    lstSpecs << ST_ClipSpec{"rec_part1.ps", qlstX264, {}, qlstPs, 320, 240, 25, 2.0, 0};
+    lstSpecs << ST_ClipSpec{"rec_part2.ps", qlstX264, {}, qlstPsHourIn, 320, 240, 25, 2.0, 50};
+    lstSpecs << ST_ClipSpec{"rec_back1.ps", qlstX264, {}, qlstPsHourIn, 320, 240, 25, 2.0, 0};
+    lstSpecs << ST_ClipSpec{"rec_back2.ps", qlstX264, {}, qlstPs, 320, 240, 25, 2.0, 50};
     lstSpecs << ST_ClipSpec{"rec_full.ps", qlstX264, {}, qlstPs, 320, 240, 25, 3.0};
     // A bare elementary stream: no container, no timestamps at all.
     lstSpecs << ST_ClipSpec{"rec_bare.h264", qlstX264, {}, {"-f", "h264"}, 320, 240, 25, 2.0};
@@ -166,15 +167,18 @@ void TestPlayerEngine::initTestCase()
         QVERIFY2(!QuillTest::MakeClip(qstrDir, stSpec).isEmpty(), qPrintable(stSpec.m_qstrName));
 
     QVERIFY(QFile::copy(Clip("h264.mp4"), Clip("plain.sdv")));
-    // Two recordings joined, the second one's clock an hour later.
-    QFile qfJoined(Clip("rec_joined.ps"));
-    QVERIFY(qfJoined.open(QIODevice::WriteOnly));
-    for (const char* pPart : {"rec_part1.ps", "rec_part2.ps"}) {
-        QFile qfPart(Clip(pPart));
-        QVERIFY(qfPart.open(QIODevice::ReadOnly));
-        qfJoined.write(qfPart.readAll());
+    // Two recordings joined, the second one's clock an hour later; and a
+    // recorder whose clock was reset between two.
+    for (const auto& pairJoin :
+         {std::pair{"rec_joined.ps", "rec_part"}, std::pair{"rec_reset.ps", "rec_back"}}) {
+        QFile qfJoined(Clip(pairJoin.first));
+        QVERIFY(qfJoined.open(QIODevice::WriteOnly));
+        for (const char* pSuffix : {"1.ps", "2.ps"}) {
+            QFile qfPart(Clip(qPrintable(QLatin1String(pairJoin.second) + pSuffix)));
+            QVERIFY(qfPart.open(QIODevice::ReadOnly));
+            qfJoined.write(qfPart.readAll());
+        }
     }
-    qfJoined.close();
     // Power lost mid-recording: the tail is cut off mid-packet.
     QFile qfFull(Clip("rec_full.ps"));
     QVERIFY(qfFull.open(QIODevice::ReadOnly));
@@ -414,7 +418,8 @@ void TestPlayerEngine::recorderFilesPlayThrough_data()
     QTest::addColumn<int>("minShown");
     QTest::newRow("clock ten hours in") << "rec_offset.ps" << 49 << 40;
     QTest::newRow("2 fps, 326x186") << "rec_lowfps.mp4" << 7 << 8;
-    QTest::newRow("joined with a jump") << "rec_joined.ps" << 24 << 40;
+    QTest::newRow("joined with a jump") << "rec_joined.ps" << 99 << 80;
+    QTest::newRow("joined with a clock reset") << "rec_reset.ps" << 99 << 80;
     QTest::newRow("tail cut off") << "rec_cut.ps" << -1 << 30;
     QTest::newRow("no timestamps") << "rec_bare.h264" << 49 << 40;
 }
@@ -433,6 +438,65 @@ void TestPlayerEngine::recorderFilesPlayThrough()
     QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 15000);
     QVERIFY2(stProbe.m_iShown.load() >= minShown, qPrintable(QString::number(stProbe.m_iShown)));
     if (lastNumber >= 0) QCOMPARE(stProbe.m_iLast.load(), lastNumber);
+}
+
+void TestPlayerEngine::joinedRecordingsCountRecordedTime_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("clock an hour on") << "rec_joined.ps";
+    QTest::newRow("clock reset") << "rec_reset.ps";
+}
+
+void TestPlayerEngine::joinedRecordingsCountRecordedTime()
+{
+    // Two recordings of 2 s, pictures 0..49 and 50..99: the time line holds
+    // the 4 recorded seconds, not the jump between the clocks.
+    QFETCH(QString, name);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip(qPrintable(name)).toStdString()));
+    QVERIFY2(qAbs(pPlayer->GetTotalTime() - 4) <= 1,
+             qPrintable(QString::number(pPlayer->GetTotalTime())));
+    QVERIFY(pPlayer->Play(0));
+    QVERIFY(pPlayer->Pause(true));
+    QVERIFY(pPlayer->SetPlayPos(50));
+    QTRY_VERIFY2(qAbs(stProbe.m_iLast.load() - 50) <= 1,
+                 qPrintable(QString::number(stProbe.m_iLast)));
+    QCOMPARE(pPlayer->GetPlayedTime(), 2);
+    // Stepping over the join both ways, picture by picture.
+    QVERIFY(pPlayer->SetPlayPos(49));  // 1.96 s: the last picture before the join
+    QTRY_COMPARE(stProbe.m_iLast.load(), 49);
+    QVERIFY(pPlayer->StepForward());
+    QCOMPARE(stProbe.m_iLast.load(), 50);
+    for (int iExpected = 49; iExpected >= 46; --iExpected) {
+        QVERIFY(pPlayer->StepBack());
+        QCOMPARE(stProbe.m_iLast.load(), iExpected);
+    }
+
+    // At 16X the played time runs on through the join without a leap.
+    QVERIFY(pPlayer->SetPlayPos(0));
+    QTRY_COMPARE(stProbe.m_iLast.load(), 0);
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(pPlayer->Fast(), 0);
+    QVERIFY(pPlayer->Pause(false));
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(pPlayer->Fast(), 0);
+    double dPrevious = pPlayer->ShownTime();
+    double dLargestStep = 0.0;
+    QElapsedTimer qTimer;
+    qTimer.start();
+    while (stProbe.m_iEnds.load() == 0 && qTimer.elapsed() < 10000) {
+        const double dNow = pPlayer->ShownTime();
+        QVERIFY2(dNow >= dPrevious - 1e-6,
+                 qPrintable(QStringLiteral("%1 after %2").arg(dNow).arg(dPrevious)));
+        dLargestStep = qMax(dLargestStep, dNow - dPrevious);
+        dPrevious = dNow;
+        QThread::usleep(500);
+    }
+    QCOMPARE(stProbe.m_iEnds.load(), 1);
+    QVERIFY2(dLargestStep <= 1.0, qPrintable(QString::number(dLargestStep)));
+    QCOMPARE(stProbe.m_iLast.load(), 99);
+    QCOMPARE(pPlayer->GetPlayedTime(), 3);
 }
 
 void TestPlayerEngine::survivesOperationStorm_data()
