@@ -136,10 +136,15 @@ void CLS_AudioDecoder::Convert(AVFrame* _pFrame)
     double dTime = m_dNextTime;
     const std::int64_t i64Pts = _pFrame->best_effort_timestamp;
     if (i64Pts != AV_NOPTS_VALUE) {
-        // Sound follows the pictures' timeline, joins taken out the same way.
+        // Sound follows the pictures' timeline, joins taken out by the same
+        // shift; the sound's own finer clock is kept.
+        const double dSeconds = static_cast<double>(i64Pts) * m_dTimeBase;
         const auto i64VideoTicks =
-            static_cast<std::int64_t>(std::llround(i64Pts * m_dTimeBase / m_state.m_dTimeBase));
-        dTime = m_state.TimeOf(m_state.m_timeline.ToLine(i64VideoTicks, _pFrame->pkt_pos));
+            static_cast<std::int64_t>(std::llround(dSeconds / m_state.m_dTimeBase));
+        const std::int64_t i64Shift =
+            m_state.m_timeline.ToLine(i64VideoTicks, _pFrame->pkt_pos) - i64VideoTicks;
+        dTime =
+            dSeconds + static_cast<double>(i64Shift - m_state.m_i64FirstPts) * m_state.m_dTimeBase;
     }
     m_dNextTime = dTime + static_cast<double>(iSamples) / m_output.SampleRate();
     m_output.Push(std::move(vecData), dTime, m_iSerial);
