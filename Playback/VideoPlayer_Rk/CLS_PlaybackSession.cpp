@@ -182,6 +182,7 @@ void CLS_PlaybackSession::ResyncSound()
 int CLS_PlaybackSession::PostSeek(ST_SeekRequest _stRequest)
 {
     if (_stRequest.m_i64SeekPts <= m_state.m_i64FirstPts) _stRequest.m_blToStart = true;
+    _stRequest.m_blWhilePaused = m_presenter.Paused();
     const int iSerial = m_state.RequestSeek(_stRequest);
     m_frames.Wake();
     m_audio.Flush();

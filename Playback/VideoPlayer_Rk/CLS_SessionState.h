@@ -18,6 +18,7 @@ struct ST_SeekRequest
     bool m_blToStart = false;              // seek to the beginning of the data instead
     bool m_blCollect = false;              // keep the pictures before the target for stepping
     int m_iBackoff = 0;                    // how often the landing came out too late already
+    bool m_blWhilePaused = false;          // someone waits, looking at a still picture
 };
 
 // What the threads of one playback share. Timeline facts are written before

@@ -87,11 +87,13 @@ bool CLS_VideoDecoder::OpenCodec(int _iThreads, std::string& _strError)
 void CLS_VideoDecoder::ChooseThreads()
 {
     // Frame threads pay for their speed with pictures in flight and a copy
-    // of the decoder's tables each (at 1080p some 12 MB). Plain playback up to
-    // 1X needs a fraction of one core; landing on a target and fast playback
-    // want the second thread. A new position starts from a keyframe with a
-    // flushed decoder anyway, so that is where the decoder is replaced.
-    const bool blHurry = m_stSeek.m_i64Target != INT64_MIN || m_state.m_dSpeed.load() > 1.0;
+    // of the decoder's tables each (at 1080p some 12 MB). Playback up to 1X,
+    // a new position while playing included, needs a fraction of one core;
+    // a picture someone waits for while paused (a seek, a step) and fast
+    // playback want the second thread. A new position starts from a keyframe
+    // with a flushed decoder anyway, so that is where the decoder is replaced.
+    const bool blHurry = (m_stSeek.m_i64Target != INT64_MIN && m_stSeek.m_blWhilePaused) ||
+                         m_state.m_dSpeed.load() > 1.0;
     const int iWanted = blHurry ? kDecoderThreads : kPlainThreads;
     std::string strIgnored;
     if (iWanted == m_iThreads || OpenCodec(iWanted, strIgnored)) return;
