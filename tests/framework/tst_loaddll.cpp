@@ -47,7 +47,6 @@ class TestLoadDll : public QObject
 {
     Q_OBJECT
 private slots:
-    void mapsBaseNamesToFileNames();
     void missingLibraryIsTriedOnceAndReportedAtEveryUse();
     void loadsOnceAndListsEveryName();
     void serviceTableAnswersUnknownNamesWithoutLoading();
@@ -55,16 +54,6 @@ private slots:
     void loadsThroughNonAsciiPath();
     void concurrentCallersLoadOnce();
 };
-
-void TestLoadDll::mapsBaseNamesToFileNames()
-{
-#if defined(_WIN32)
-    QCOMPARE(BriskPlatform::LibraryFileName("KoLog"), std::string("KoLog.dll"));
-#else
-    QCOMPARE(BriskPlatform::LibraryFileName("KoLog"), std::string("libKoLog.so"));
-    QCOMPARE(BriskPlatform::LibraryFileName("VideoPlayer_Rk"), std::string("libVideoPlayer_Rk.so"));
-#endif
-}
 
 void TestLoadDll::missingLibraryIsTriedOnceAndReportedAtEveryUse()
 {
