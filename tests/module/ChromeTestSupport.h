@@ -1,10 +1,8 @@
 #pragma once
 
-#include "KoLogApi.h"
 #include "KoParamApi.h"
 #include "QuillTestSupport.h"
 
-#include <QColor>
 #include <QImage>
 #include <QLibrary>
 #include <QString>
@@ -18,22 +16,6 @@ inline bool InitParamService(const QString& _qstrSettingsPath)
     static QLibrary s_library(QuillTest::LibraryPath(KoParamApi::kLibraryName));
     const auto pInit = reinterpret_cast<KoParamApi::InitFn>(s_library.resolve("Init"));
     return pInit && pInit(_qstrSettingsPath.toStdString());
-}
-
-// Starts the logging service writing "<dir>/<channel>.log" from trace level on.
-inline bool InitLogService(const QString& _qstrLogDir)
-{
-    static QLibrary s_library(QuillTest::LibraryPath(KoLogApi::kLibraryName));
-    const auto pInit = reinterpret_cast<KoLogApi::InitFn>(s_library.resolve("Init"));
-    return pInit && pInit(_qstrLogDir.toStdString(), KoLogApi::Trace);
-}
-
-// Flushes and closes the log files so a test can read them.
-inline void UnInitLogService()
-{
-    static QLibrary s_library(QuillTest::LibraryPath(KoLogApi::kLibraryName));
-    if (const auto pUnInit = reinterpret_cast<KoLogApi::UnInitFn>(s_library.resolve("UnInit")))
-        pUnInit();
 }
 
 inline int CountPixels(const QImage& _img, const QRect& _rc, QRgb _rgb)

@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <dlfcn.h>
@@ -22,7 +23,8 @@ public:
                                 RTLD_NOW | RTLD_GLOBAL);
         auto pfnInit =
             pLibrary ? reinterpret_cast<KoLogApi::InitFn>(dlsym(pLibrary, "Init")) : nullptr;
-        m_blReady = pfnInit && m_tmpDir.isValid() && pfnInit(m_tmpDir.path().toStdString(), 0);
+        m_blReady = pfnInit && m_tmpDir.isValid() &&
+                    pfnInit(m_tmpDir.path().toStdString(), KoLogApi::Trace);
     }
 
     bool IsReady() const { return m_blReady; }
@@ -37,11 +39,8 @@ public:
     QString AllText() const
     {
         QString qstrText;
-        const QStringList qlstFiles = QDir(m_tmpDir.path()).entryList(QDir::Files);
-        for (const QString& qstrFile : qlstFiles) {
-            QFile file(m_tmpDir.filePath(qstrFile));
-            if (file.open(QIODevice::ReadOnly)) qstrText += QString::fromUtf8(file.readAll());
-        }
+        for (const QFileInfo& info : QDir(m_tmpDir.path()).entryInfoList({"*.log"}, QDir::Files))
+            qstrText += Text(info.completeBaseName());
         return qstrText;
     }
 

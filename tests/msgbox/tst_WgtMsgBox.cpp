@@ -45,144 +45,132 @@ class tst_WgtMsgBox : public QObject
 {
     Q_OBJECT
 private slots:
-    void presentsTheRequest();
-    void answersOnceWithPressedButton_data();
-    void answersOnceWithPressedButton();
-    void inputIsMaskedAndNeverLogged();
-    void askedAgainFromAnswer();
-};
-
-void tst_WgtMsgBox::presentsTheRequest()
-{
-    // First on purpose: style texts are cached for the life of the process.
-    QuillTest::ScopedWorkDir workDir;
-    QVERIFY(workDir.WriteFile(QStringLiteral("resource/skin/dark/WgtMsgBox/qss/CLS_WgtMsgBox.qss"),
+    void presentsTheRequest()
+    {
+        // First on purpose: style texts are cached for the life of the process.
+        QuillTest::ScopedWorkDir workDir;
+        QVERIFY(
+            workDir.WriteFile(QStringLiteral("resource/skin/dark/WgtMsgBox/qss/CLS_WgtMsgBox.qss"),
                               "#CLS_WgtMsgBox { border: 1px solid #123456; }"));
-    const QString qstrLong = QStringLiteral("word ").repeated(80);
-    CLS_WgtMsgBox* pBox = AskedBox(Request(0, kOk | kCancel, kOk, qstrLong), "u");
-    QVERIFY(pBox->styleSheet().contains(QStringLiteral("#123456")));
-    QVERIFY(pBox->isVisible() && pBox->isWindow() && pBox->isModal());
-    QVERIFY(pBox->windowFlags() & Qt::FramelessWindowHint);
-    QVERIFY(pBox->windowFlags() & Qt::WindowStaysOnTopHint);
+        const QString qstrLong = QStringLiteral("word ").repeated(80);
+        CLS_WgtMsgBox* pBox = AskedBox(Request(0, kOk | kCancel, kOk, qstrLong), "u");
+        QVERIFY(pBox->styleSheet().contains(QStringLiteral("#123456")));
+        QVERIFY(pBox->isVisible() && pBox->isWindow() && pBox->isModal());
+        QVERIFY(pBox->windowFlags().testFlag(Qt::FramelessWindowHint) &&
+                pBox->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
 
-    auto* pTitle = pBox->findChild<QLabel*>(QStringLiteral("lbl_title"));
-    auto* pContent = pBox->findChild<QLabel*>(QStringLiteral("lbl_content"));
-    QCOMPARE(pTitle->text(), QStringLiteral("lab_notice"));
-    QCOMPARE(pContent->text(), qstrLong);
-    QVERIFY(pTitle->wordWrap() && pContent->wordWrap());
-    QVERIFY(!pBox->findChild<QLineEdit*>()->isVisible());
+        auto* pTitle = pBox->findChild<QLabel*>(QStringLiteral("lbl_title"));
+        auto* pContent = pBox->findChild<QLabel*>(QStringLiteral("lbl_content"));
+        QCOMPARE(pTitle->text(), QStringLiteral("lab_notice"));
+        QCOMPARE(pContent->text(), qstrLong);
+        QVERIFY(pTitle->wordWrap() && pContent->wordWrap());
+        QVERIFY(!pBox->findChild<QLineEdit*>()->isVisible());
 
-    // Only the requested buttons, captioned by their translation keys.
-    QCOMPARE(pBox->findChildren<QPushButton*>().size(), 2);
-    auto* pOk = pBox->findChild<QPushButton*>(QStringLiteral("btn_ok"));
-    auto* pCancel = pBox->findChild<QPushButton*>(QStringLiteral("btn_cancel"));
-    QCOMPARE(pOk->text(), QStringLiteral("btn_ok"));
-    QCOMPARE(pCancel->text(), QStringLiteral("btn_cancel"));
-    QVERIFY(pOk->isDefault() && !pCancel->isDefault());
-    delete pBox;
-}
-
-void tst_WgtMsgBox::answersOnceWithPressedButton_data()
-{
-    QTest::addColumn<int>("buttons");
-    QTest::addColumn<int>("defaultButton");
-    QTest::addColumn<QString>("action");
-    QTest::addColumn<int>("expected");
-    const int iAll = kOk | kCancel | kYes | kNo;
-    QTest::newRow("click ok") << iAll << kOk << "btn_ok" << kOk;
-    QTest::newRow("click cancel") << iAll << kOk << "btn_cancel" << kCancel;
-    QTest::newRow("click yes") << iAll << kOk << "btn_yes" << kYes;
-    QTest::newRow("click no") << iAll << kOk << "btn_no" << kNo;
-    QTest::newRow("enter takes default") << iAll << kNo << "enter" << kNo;
-    QTest::newRow("escape is cancel") << iAll << kOk << "escape" << kCancel;
-    QTest::newRow("closing is cancel") << kOk << kOk << "close" << kCancel;
-}
-
-void tst_WgtMsgBox::answersOnceWithPressedButton()
-{
-    QFETCH(int, buttons);
-    QFETCH(int, defaultButton);
-    QFETCH(QString, action);
-    QFETCH(int, expected);
-    CLS_WgtMsgBox* pBox = AskedBox(Request(0, buttons, defaultButton), "uuid-42");
-    QPointer<CLS_WgtMsgBox> pGuard(pBox);
-    QSignalSpy spy(pBox, &CLS_ViewBasic::SignRequestTaskRsulted);
-    QVERIFY(QTest::qWaitForWindowExposed(pBox));
-
-    if (action == QLatin1String("enter")) {
-        QTest::keyClick(pBox, Qt::Key_Return);
-    } else if (action == QLatin1String("escape")) {
-        QTest::keyClick(pBox, Qt::Key_Escape);
-    } else if (action == QLatin1String("close")) {
-        pBox->close();
-    } else {
-        auto* pButton = pBox->findChild<QPushButton*>(action);
-        QTest::mouseClick(pButton, Qt::LeftButton);
-        // A second press before the box is gone must not answer again.
-        QTest::mouseClick(pButton, Qt::LeftButton);
+        // Only the requested buttons, captioned by their translation keys.
+        QCOMPARE(pBox->findChildren<QPushButton*>().size(), 2);
+        QCOMPARE(pBox->findChild<QPushButton*>(QStringLiteral("btn_cancel"))->text(),
+                 QStringLiteral("btn_cancel"));
+        delete pBox;
     }
-    QTRY_VERIFY(pGuard.isNull());
-    QCOMPARE(spy.count(), 1);
-    QCOMPARE(spy.at(0).at(0).toString(), QStringLiteral("ShowMessage"));
-    QCOMPARE(spy.at(0).at(1).toMap().value(QStringLiteral("type")).toInt(), expected);
-    QCOMPARE(spy.at(0).at(2).toString(), QStringLiteral("uuid-42"));
-}
 
-void tst_WgtMsgBox::inputIsMaskedAndNeverLogged()
-{
-    QuillTest::TestLogFiles logs;
-    QVERIFY(logs.IsReady());
-    CLS_WgtMsgBox* pBox = AskedBox(Request(1, kOk | kCancel, kOk), "uuid-pw");
-    QPointer<CLS_WgtMsgBox> pGuard(pBox);
-    QSignalSpy spy(pBox, &CLS_ViewBasic::SignRequestTaskRsulted);
-    QVERIFY(QTest::qWaitForWindowExposed(pBox));
-    auto* pInput = pBox->findChild<QLineEdit*>(QStringLiteral("lineEdit_input"));
-    auto* pToggle = pBox->findChild<QToolButton*>(QStringLiteral("tlb_showPassword"));
-    QVERIFY(pInput->isVisible());
-    QCOMPARE(pInput->placeholderText(), QStringLiteral("holder"));
-    QCOMPARE(pInput->echoMode(), QLineEdit::Password);
-    QTRY_VERIFY(pInput->hasFocus());
-    QTest::mouseClick(pToggle, Qt::LeftButton);
-    QCOMPARE(pInput->echoMode(), QLineEdit::Normal);
-    QTest::mouseClick(pToggle, Qt::LeftButton);
-    QCOMPARE(pInput->echoMode(), QLineEdit::Password);
+    void answersOnceWithPressedButton_data()
+    {
+        QTest::addColumn<int>("buttons");
+        QTest::addColumn<int>("defaultButton");
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<int>("expected");
+        const int iAll = kOk | kCancel | kYes | kNo;
+        QTest::newRow("click ok") << iAll << kOk << "btn_ok" << kOk;
+        QTest::newRow("click cancel") << iAll << kOk << "btn_cancel" << kCancel;
+        QTest::newRow("click yes") << iAll << kOk << "btn_yes" << kYes;
+        QTest::newRow("click no") << iAll << kOk << "btn_no" << kNo;
+        QTest::newRow("enter takes default") << iAll << kNo << "enter" << kNo;
+        QTest::newRow("escape is cancel") << iAll << kOk << "escape" << kCancel;
+        QTest::newRow("closing is cancel") << kOk << kOk << "close" << kCancel;
+    }
 
-    QTest::keyClicks(pInput, QStringLiteral("s3cret-Pa55"));
-    QTest::keyClick(pInput, Qt::Key_Return);  // the field passes Enter on to the default button
-    QTRY_VERIFY(pGuard.isNull());
-    QCOMPARE(spy.count(), 1);
-    const QVariantMap qmapAnswer = spy.at(0).at(1).toMap();
-    QCOMPARE(qmapAnswer.value(QStringLiteral("type")).toInt(), kOk);
-    QCOMPARE(qmapAnswer.value(QStringLiteral("inputtext")).toString(),
-             QStringLiteral("s3cret-Pa55"));
-    QVERIFY(logs.Text(QStringLiteral("WgtMsgBox")).contains(QStringLiteral("uuid-pw")));
-    QVERIFY(!logs.AllText().contains(QStringLiteral("s3cret")));
-}
+    void answersOnceWithPressedButton()
+    {
+        QFETCH(int, buttons);
+        QFETCH(int, defaultButton);
+        QFETCH(QString, action);
+        QFETCH(int, expected);
+        CLS_WgtMsgBox* pBox = AskedBox(Request(0, buttons, defaultButton), "uuid-42");
+        QPointer<CLS_WgtMsgBox> pGuard(pBox);
+        QSignalSpy spy(pBox, &CLS_ViewBasic::SignRequestTaskRsulted);
+        QVERIFY(QTest::qWaitForWindowExposed(pBox));
 
-void tst_WgtMsgBox::askedAgainFromAnswer()
-{
-    // The password flow: the answer of one box asks the next question.
-    QWidget owner;
-    owner.show();
-    QVERIFY(QTest::qWaitForWindowActive(&owner));
-    CLS_WgtMsgBox* pFirst = AskedBox(Request(0, kOk | kCancel, kOk), "first");
-    // The box holds the focus, as it does on a desktop.
-    QApplication::setActiveWindow(pFirst);
-    QTRY_COMPARE(QApplication::activeWindow(), pFirst);
-    CLS_WgtMsgBox* pSecond = nullptr;
-    QPointer<CLS_WgtMsgBox> pSecondGuard;
-    connect(pFirst, &CLS_ViewBasic::SignRequestTaskRsulted, this, [&] {
-        pSecond = AskedBox(Request(1, kOk | kCancel, kOk), "second");
-        pSecondGuard = pSecond;
-    });
-    QPointer<CLS_WgtMsgBox> pFirstGuard(pFirst);
-    QTest::keyClick(pFirst, Qt::Key_Return);
-    QTRY_VERIFY(pFirstGuard.isNull());
-    QVERIFY(pSecondGuard);
-    QVERIFY(pSecond->isVisible());
-    QCOMPARE(pSecond->parentWidget(), &owner);
-    delete pSecond;
-}
+        if (action == QLatin1String("enter")) {
+            QTest::keyClick(pBox, Qt::Key_Return);
+        } else if (action == QLatin1String("escape")) {
+            QTest::keyClick(pBox, Qt::Key_Escape);
+        } else if (action == QLatin1String("close")) {
+            pBox->close();
+        } else {
+            auto* pButton = pBox->findChild<QPushButton*>(action);
+            QTest::mouseClick(pButton, Qt::LeftButton);
+            // A second press before the box is gone must not answer again.
+            QTest::mouseClick(pButton, Qt::LeftButton);
+        }
+        QTRY_VERIFY(pGuard.isNull());
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString() + spy.at(0).at(2).toString(),
+                 QStringLiteral("ShowMessageuuid-42"));
+        QCOMPARE(spy.at(0).at(1).toMap().value(QStringLiteral("type")).toInt(), expected);
+    }
+
+    void inputIsMaskedAndNeverLogged()
+    {
+        QuillTest::TestLogFiles logs;
+        QVERIFY(logs.IsReady());
+        CLS_WgtMsgBox* pBox = AskedBox(Request(1, kOk | kCancel, kOk), "uuid-pw");
+        QPointer<CLS_WgtMsgBox> pGuard(pBox);
+        QSignalSpy spy(pBox, &CLS_ViewBasic::SignRequestTaskRsulted);
+        QVERIFY(QTest::qWaitForWindowExposed(pBox));
+        auto* pInput = pBox->findChild<QLineEdit*>(QStringLiteral("lineEdit_input"));
+        auto* pToggle = pBox->findChild<QToolButton*>(QStringLiteral("tlb_showPassword"));
+        QVERIFY(pInput->isVisible());
+        QCOMPARE(pInput->placeholderText(), QStringLiteral("holder"));
+        QCOMPARE(pInput->echoMode(), QLineEdit::Password);
+        QTRY_VERIFY(pInput->hasFocus());
+        QTest::mouseClick(pToggle, Qt::LeftButton);
+        QCOMPARE(pInput->echoMode(), QLineEdit::Normal);
+        QTest::mouseClick(pToggle, Qt::LeftButton);
+        QCOMPARE(pInput->echoMode(), QLineEdit::Password);
+
+        QTest::keyClicks(pInput, QStringLiteral("s3cret-Pa55"));
+        QTest::keyClick(pInput, Qt::Key_Return);  // the field passes Enter on to the default button
+        QTRY_VERIFY(pGuard.isNull());
+        QCOMPARE(spy.count(), 1);
+        const QVariantMap qmapAnswer = spy.at(0).at(1).toMap();
+        QCOMPARE(qmapAnswer.value(QStringLiteral("type")).toInt(), kOk);
+        QCOMPARE(qmapAnswer.value(QStringLiteral("inputtext")).toString(),
+                 QStringLiteral("s3cret-Pa55"));
+        QVERIFY(logs.Text(QStringLiteral("WgtMsgBox")).contains(QStringLiteral("uuid-pw")));
+        QVERIFY(!logs.AllText().contains(QStringLiteral("s3cret")));
+    }
+
+    void askedAgainFromAnswer()
+    {
+        // The password flow: the answer of one box asks the next question.
+        QWidget owner;
+        owner.show();
+        QVERIFY(QTest::qWaitForWindowActive(&owner));
+        CLS_WgtMsgBox* pFirst = AskedBox(Request(0, kOk | kCancel, kOk), "first");
+        // The box holds the focus, as it does on a desktop.
+        QApplication::setActiveWindow(pFirst);
+        QTRY_COMPARE(QApplication::activeWindow(), pFirst);
+        QPointer<CLS_WgtMsgBox> pSecond;
+        connect(pFirst, &CLS_ViewBasic::SignRequestTaskRsulted, this,
+                [&] { pSecond = AskedBox(Request(1, kOk | kCancel, kOk), "second"); });
+        QPointer<CLS_WgtMsgBox> pFirstGuard(pFirst);
+        QTest::keyClick(pFirst, Qt::Key_Return);
+        QTRY_VERIFY(pFirstGuard.isNull());
+        QVERIFY(pSecond && pSecond->isVisible());
+        QCOMPARE(pSecond->parentWidget(), &owner);
+        delete pSecond;
+    }
+};
 
 QTEST_MAIN(tst_WgtMsgBox)
 #include "tst_WgtMsgBox.moc"
