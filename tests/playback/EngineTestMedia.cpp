@@ -20,26 +20,23 @@ QString MakeClip(const QString& _qstrDir, const ST_ClipSpec& _stSpec)
 {
     const QString qstrPath = QDir(_qstrDir).filePath(_stSpec.m_qstrName);
     if (QFileInfo::exists(qstrPath)) return qstrPath;
-    const QString qstrSize =
-        QString::number(_stSpec.m_iWidth) + QLatin1Char('x') + QString::number(_stSpec.m_iHeight);
     const QString qstrSeconds = QString::number(_stSpec.m_dSeconds);
-    QStringList qlstArgs{QStringLiteral("-v"),
-                         QStringLiteral("error"),
-                         QStringLiteral("-y"),
-                         QStringLiteral("-f"),
-                         QStringLiteral("lavfi"),
-                         QStringLiteral("-i"),
-                         QStringLiteral("testsrc2=size=%1:rate=%2:duration=%3")
-                             .arg(qstrSize)
-                             .arg(_stSpec.m_iFps)
-                             .arg(qstrSeconds)};
+    const QString qstrLavfi = QStringLiteral("-f lavfi -i ");
+    QStringList qlstArgs{"-v", "error", "-y"};
+    qlstArgs << QString(qstrLavfi + QStringLiteral("testsrc2=size=%1x%2:rate=%3:duration=%4")
+                                        .arg(_stSpec.m_iWidth)
+                                        .arg(_stSpec.m_iHeight)
+                                        .arg(_stSpec.m_iFps)
+                                        .arg(qstrSeconds))
+                    .split(' ');
     if (!_stSpec.m_qlstAudioArgs.isEmpty())
-        qlstArgs
-            << QStringLiteral("-f") << QStringLiteral("lavfi") << QStringLiteral("-i")
-            << QStringLiteral("sine=frequency=1000:sample_rate=48000:duration=%1").arg(qstrSeconds);
+        qlstArgs << QString(qstrLavfi +
+                            QStringLiteral("sine=frequency=1000:sample_rate=48000:duration=%1")
+                                .arg(qstrSeconds))
+                        .split(' ');
     // Bit b of the picture number decides the block at x = 32b..32b+31 of the
     // top 32 rows; chroma there is neutral so any pixel format reads alike.
-    qlstArgs << QStringLiteral("-vf")
+    qlstArgs << "-vf"
              << QStringLiteral(
                     "geq=lum='if(lt(Y,%1),if(mod(floor((N+%3)/pow(2,floor(X/%1))),2),235,16),"
                     "lum(X,Y))':cb='if(lt(Y,%2),128,cb(X,Y))':cr='if(lt(Y,%2),128,cr(X,Y))'")

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "CLS_FrameQueue.h"
 #include "CLS_MediaSource.h"
@@ -37,6 +38,16 @@ ST_VideoFrame MakeFrame(long long _llPts, int _iSerial = 0)
     return stFrame;
 }
 
+// Appends pictures _llFrom.._llTo, each following the one before.
+void Fill(CLS_StepCache& _stCache, long long _llFrom, long long _llTo)
+{
+    for (long long llPts = _llFrom; llPts <= _llTo; ++llPts) {
+        ST_VideoFrame stFrame = MakeFrame(llPts);
+        _stCache.Append(stFrame, llPts != _llFrom);
+        FreeVideoFrame(stFrame);
+    }
+}
+
 }  // namespace
 
 class TestEngineParts : public QObject
@@ -48,18 +59,13 @@ private slots:
     void stepCacheStaysWithinBudget();
     void frameQueueDropsStaleWaiters();
     void clockFollowsSpeedAndPause();
-    void timelineTakesOutJoins();
     void scannerSamplingFindsTheJoin();
 };
 
 void TestEngineParts::stepCacheKeepsOneUnbrokenRun()
 {
     CLS_StepCache stCache(64u * 1024u * 1024u);
-    for (long long llPts = 10; llPts <= 14; ++llPts) {
-        ST_VideoFrame stFrame = MakeFrame(llPts);
-        stCache.Append(stFrame, llPts != 10);
-        FreeVideoFrame(stFrame);
-    }
+    Fill(stCache, 10, 14);
     ST_VideoFrame stOut;
     QVERIFY(stCache.Previous(12, stOut));
     QCOMPARE(stOut.m_llPts, 11LL);
@@ -70,16 +76,11 @@ void TestEngineParts::stepCacheKeepsOneUnbrokenRun()
     // The ends of the run have no neighbour outside it.
     QVERIFY(!stCache.Previous(10, stOut));
     QVERIFY(!stCache.Next(14, stOut));
-    QVERIFY(stCache.IsNewest(14));
     // A picture that does not follow on starts a new run: nothing from the
-    // old one may pass for its neighbour.
-    ST_VideoFrame stJump = MakeFrame(40);
-    stCache.Append(stJump, false);
-    FreeVideoFrame(stJump);
+    // old one may pass for its neighbour. Nor may an older stamp claim to follow.
+    Fill(stCache, 40, 40);
     QCOMPARE(stCache.Count(), std::size_t(1));
     QVERIFY(!stCache.Previous(40, stOut));
-    QVERIFY(!stCache.Contains(12));
-    // Nor may an older stamp claim to follow.
     ST_VideoFrame stOlder = MakeFrame(39);
     stCache.Append(stOlder, true);
     FreeVideoFrame(stOlder);
@@ -91,25 +92,16 @@ void TestEngineParts::stepCacheStaysWithinBudget()
 {
     // Room for about four of these pictures: the oldest go first.
     CLS_StepCache stCache(4 * 64 * 64 * 3 / 2 + 1024);
-    for (long long llPts = 0; llPts < 20; ++llPts) {
-        ST_VideoFrame stFrame = MakeFrame(llPts);
-        stCache.Append(stFrame, llPts > 0);
-        FreeVideoFrame(stFrame);
-    }
+    Fill(stCache, 0, 19);
     QVERIFY(stCache.Count() >= 2 && stCache.Count() <= 5);
-    QVERIFY(stCache.Contains(19));
-    QVERIFY(!stCache.Contains(0));
+    QVERIFY(stCache.Contains(19) && !stCache.Contains(0));
     ST_VideoFrame stOut;
     QVERIFY(stCache.Previous(19, stOut));
     QCOMPARE(stOut.m_llPts, 18LL);
     FreeVideoFrame(stOut);
     // Even a budget too small for one picture keeps a step back possible.
     CLS_StepCache stTiny(1);
-    for (long long llPts = 0; llPts < 3; ++llPts) {
-        ST_VideoFrame stFrame = MakeFrame(llPts);
-        stTiny.Append(stFrame, llPts > 0);
-        FreeVideoFrame(stFrame);
-    }
+    Fill(stTiny, 0, 2);
     QCOMPARE(stTiny.Count(), std::size_t(2));
     QVERIFY(stTiny.Previous(2, stOut));
     FreeVideoFrame(stOut);
@@ -163,50 +155,6 @@ void TestEngineParts::clockFollowsSpeedAndPause()
     QCOMPARE(stClock.Get(Clock::now() + std::chrono::seconds(60)), dHeld);
 }
 
-void TestEngineParts::timelineTakesOutJoins()
-{
-    // 90 kHz ticks, parts of 2 s each.
-    constexpr std::int64_t kTwoSeconds = 180000;
-    constexpr std::int64_t kHourIn = 3600LL * 90000;
-    CLS_Timeline timeline;
-    QCOMPARE(timeline.ToLine(12345, 0), 12345LL);  // nothing set: the stream's own clock
-    std::size_t sizePart = 9;
-    QCOMPARE(timeline.ToStream(777, sizePart), 777LL);
-    QCOMPARE(sizePart, std::size_t{0});
-
-    // An hour's jump forward: the second part continues where the first ended.
-    timeline.SetParts({{1000, 1000 + kTwoSeconds, 0}, {kHourIn, kHourIn + kTwoSeconds, 5000}}, {},
-                      450000);
-    QVERIFY(timeline.HasJoins());
-    QVERIFY(!timeline.SeeksByByte());
-    QCOMPARE(timeline.ToLine(1000 + 9000, 100), 10000LL);
-    QCOMPARE(timeline.ToLine(kHourIn + 9000, 6000), 1000 + kTwoSeconds + 9000);
-    QCOMPARE(timeline.ToLine(kHourIn + 9000, -1), 1000 + kTwoSeconds + 9000);
-    QCOMPARE(timeline.LineEnd(), 1000 + 2 * kTwoSeconds);
-    QCOMPARE(timeline.ToStream(1000 + kTwoSeconds + 9000, sizePart), kHourIn + 9000);
-    QCOMPARE(sizePart, std::size_t{1});
-    QCOMPARE(timeline.ToStream(1000 + kTwoSeconds - 1, sizePart), 1000 + kTwoSeconds - 1);
-    QCOMPARE(sizePart, std::size_t{0});
-
-    // A clock reset whose second part reuses the first one's times: the byte
-    // position tells them apart, and seeking has to go by bytes.
-    timeline.SetParts({{0, kTwoSeconds, 0}, {90000, 90000 + kTwoSeconds, 5000}},
-                      {{0, 0}, {2000, 90000}, {5000, 90000}, {7000, 180000}}, 450000);
-    QVERIFY(timeline.SeeksByByte());
-    QCOMPARE(timeline.ToLine(100000, 2500), 100000LL);
-    QCOMPARE(timeline.ToLine(100000, 7500), kTwoSeconds + 10000);
-    QCOMPARE(timeline.ToStream(kTwoSeconds + 10000, sizePart), 100000LL);
-    QCOMPARE(sizePart, std::size_t{1});
-    QCOMPARE(timeline.SeekPosition(1, 100000), 5000LL);  // not the first part's point at 2000
-    QCOMPARE(timeline.SeekPosition(1, 200000), 7000LL);
-    QCOMPARE(timeline.SeekPosition(0, 100000), 2000LL);
-    QCOMPARE(timeline.SeekPosition(0, 10), 0LL);
-
-    // Parts without pictures are no parts.
-    timeline.SetParts({{0, kTwoSeconds, 0}, {5, 5, 100}}, {}, 0);
-    QVERIFY(!timeline.HasJoins());
-}
-
 void TestEngineParts::scannerSamplingFindsTheJoin()
 {
     // Two recordings, the second one's clock an hour later. Read through and
@@ -214,29 +162,26 @@ void TestEngineParts::scannerSamplingFindsTheJoin()
     QTemporaryDir qtmpDir;
     QVERIFY(qtmpDir.isValid());
     const QStringList qlstX264{"-c:v", "libx264", "-preset", "veryfast", "-g", "10"};
-    const QString qstrFirst = QuillTest::MakeClip(
-        qtmpDir.path(), {"a.ps", qlstX264, {}, {"-f", "mpeg"}, 320, 240, 25, 4.0, 0});
-    const QString qstrSecond =
-        QuillTest::MakeClip(qtmpDir.path(), {"b.ps",
-                                             qlstX264,
-                                             {},
-                                             {"-output_ts_offset", "3600", "-f", "mpeg"},
-                                             320,
-                                             240,
-                                             25,
-                                             4.0,
-                                             100});
-    QVERIFY(!qstrFirst.isEmpty() && !qstrSecond.isEmpty());
+    QByteArray qbaJoined;
+    qint64 i64FirstSize = 0;
+    for (const auto& pairPart : {std::pair{"a.ps", "0"}, std::pair{"b.ps", "3600"}}) {
+        QFile qfPart(QuillTest::MakeClip(qtmpDir.path(),
+                                         {pairPart.first,
+                                          qlstX264,
+                                          {},
+                                          {"-output_ts_offset", pairPart.second, "-f", "mpeg"},
+                                          320,
+                                          240,
+                                          25,
+                                          4.0,
+                                          qbaJoined.isEmpty() ? 0 : 100}));
+        QVERIFY(qfPart.open(QIODevice::ReadOnly));
+        qbaJoined += qfPart.readAll();
+        if (i64FirstSize == 0) i64FirstSize = qbaJoined.size();
+    }
     const QString qstrJoined = qtmpDir.filePath("joined.ps");
     QFile qfJoined(qstrJoined);
-    QVERIFY(qfJoined.open(QIODevice::WriteOnly));
-    qint64 i64FirstSize = 0;
-    for (const QString& qstrPart : {qstrFirst, qstrSecond}) {
-        QFile qfPart(qstrPart);
-        QVERIFY(qfPart.open(QIODevice::ReadOnly));
-        if (i64FirstSize == 0) i64FirstSize = qfPart.size();
-        qfJoined.write(qfPart.readAll());
-    }
+    QVERIFY(qfJoined.open(QIODevice::WriteOnly) && qfJoined.write(qbaJoined) == qbaJoined.size());
     qfJoined.close();
 
     CLS_MediaSource source;

@@ -28,11 +28,6 @@ struct ST_Level
     int m_iPeak = 0;
 };
 
-qint64 FileSize(const QString& _qstrPath)
-{
-    return QFileInfo(_qstrPath).size();
-}
-
 ST_Level LevelOf(const QString& _qstrPath, qint64 _i64From, qint64 _i64To)
 {
     ST_Level stLevel;
@@ -63,7 +58,7 @@ private slots:
     void noSoundDeviceStillPlays();
 
 private:
-    // Records _qstrSeconds of output from now on; what was heard.
+    // What the card plays over the next _dSeconds.
     ST_Level Listen(double _dSeconds);
 
     QTemporaryDir m_qtmpDir;
@@ -77,11 +72,8 @@ void TestPlayerSound::initTestCase()
     QuillTest::ST_ClipSpec stSpec{"tone.mp4",
                                   {"-c:v", "libx264", "-preset", "veryfast", "-pix_fmt", "yuv420p"},
                                   {"-c:a", "aac"},
-                                  {},
-                                  320,
-                                  240,
-                                  25,
-                                  10.0};
+                                  {}};
+    stSpec.m_dSeconds = 10.0;
     m_qstrClip = QuillTest::MakeClip(m_qtmpDir.path(), stSpec);
     QVERIFY(!m_qstrClip.isEmpty());
     m_qstrOut = m_qtmpDir.filePath(QStringLiteral("card.raw"));
@@ -89,9 +81,9 @@ void TestPlayerSound::initTestCase()
 
 ST_Level TestPlayerSound::Listen(double _dSeconds)
 {
-    const qint64 i64From = FileSize(m_qstrOut) + kSettle;
+    const qint64 i64From = QFileInfo(m_qstrOut).size() + kSettle;
     const qint64 i64To = i64From + qint64(_dSeconds * kBytesPerSecond);
-    [&] { QTRY_VERIFY_WITH_TIMEOUT(FileSize(m_qstrOut) >= i64To, 10000); }();
+    [&] { QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(m_qstrOut).size() >= i64To, 10000); }();
     return LevelOf(m_qstrOut, i64From, i64To);
 }
 
