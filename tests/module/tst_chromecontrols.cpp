@@ -189,33 +189,16 @@ private slots:
         pCombo->hidePopup();
     }
 
-    void delegateSizeByText_data()
+    void delegateSizesAndPaints()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("display");
-        QTest::addColumn<int>("height");
-        QTest::newRow("entry with text") << "2X"
-                                         << "2X" << 30;
-        QTest::newRow("empty entry") << ""
-                                     << "" << 10;
-        // Only role 257 counts, whatever the list shows.
-        QTest::newRow("display text alone") << ""
-                                            << "4X" << 10;
-    }
-
-    void delegateSizeByText()
-    {
-        QFETCH(QString, text);
-        QFETCH(QString, display);
-        QFETCH(int, height);
-        OneEntry entry(text, display);
+        const CLS_Player7ListItemDelegate delegate;
         QStyleOptionViewItem option;
         option.rect = QRect(0, 0, 77, 50);
-        QCOMPARE(CLS_Player7ListItemDelegate().sizeHint(option, entry.Index()), QSize(77, height));
-    }
+        QCOMPARE(delegate.sizeHint(option, OneEntry("2X", "2X").Index()), QSize(77, 30));
+        QCOMPARE(delegate.sizeHint(option, OneEntry("", "").Index()), QSize(77, 10));
+        // Only role 257 counts, whatever the list shows.
+        QCOMPARE(delegate.sizeHint(option, OneEntry("", "4X").Index()), QSize(77, 10));
 
-    void delegatePaintsHighlightAndMarker()
-    {
         OneEntry entry(QStringLiteral("16X"));
         const QImage imgPlain = Render(entry.Index(), QSize(80, 30), {});
         QCOMPARE(Rgb(imgPlain, 5, 15), kFill);
