@@ -7,25 +7,22 @@
 
 // A service library from build/bin, loaded by path as the suite would load it.
 // The library stays loaded for the rest of the process, like in the suite.
-class ServiceLibrary
+class ServiceLibrary : private QLibrary
 {
 public:
     explicit ServiceLibrary(const char* _pBaseName)
-        : m_library(QuillTest::LibraryPath(QString::fromLatin1(_pBaseName)))
+        : QLibrary(QuillTest::LibraryPath(QString::fromLatin1(_pBaseName)))
     {}
 
     bool Load()
     {
-        if (!m_library.load()) qWarning("%s", qPrintable(m_library.errorString()));
-        return m_library.isLoaded();
+        if (!load()) qWarning("%s", qPrintable(errorString()));
+        return isLoaded();
     }
 
     template <typename Fn>
     Fn Get(const char* _pName)
     {
-        return reinterpret_cast<Fn>(m_library.resolve(_pName));
+        return reinterpret_cast<Fn>(resolve(_pName));
     }
-
-private:
-    QLibrary m_library;
 };
