@@ -176,6 +176,12 @@ void tst_KoTaskPool::loopTasksStopWhenRemoved()
     const int iOtherAtKill = iOther, iClockAtKill = iClock;
     QTRY_VERIFY(iClock >= iClockAtKill + 5);
     QCOMPARE(iOther.load(), iOtherAtKill);
+    // KillTaskAll stops every loop; new ones still run.
+    pool.KillTaskAll();
+    const int iClockAtAll = iClock;
+    QVERIFY(pool.AddLoopTask([&] { ++iPoll; }, &iOwner, "poll", 5));
+    QTRY_VERIFY(iPoll >= iPollAtRemove + 5);
+    QCOMPARE(iClock.load(), iClockAtAll);
 }
 
 void tst_KoTaskPool::exceptionsAreLoggedAndPoolKeepsWorking()
