@@ -22,11 +22,6 @@ struct Expect
     QColor color;
 };
 
-inline QString Describe(QRgb _rgb)
-{
-    return QStringLiteral("(%1,%2,%3)").arg(qRed(_rgb)).arg(qGreen(_rgb)).arg(qBlue(_rgb));
-}
-
 // Empty when every listed pixel has its colour within _iTolerance per
 // channel, else a description of the first that has not.
 inline QString Mismatch(const QImage& _image, const std::vector<Expect>& _vecExpected,
@@ -34,14 +29,17 @@ inline QString Mismatch(const QImage& _image, const std::vector<Expect>& _vecExp
 {
     for (const Expect& e : _vecExpected) {
         if (!_image.rect().contains(e.pt)) return QStringLiteral("image too small");
-        const QRgb rgb = _image.pixel(e.pt);
-        if (qAbs(qRed(rgb) - e.color.red()) > _iTolerance ||
-            qAbs(qGreen(rgb) - e.color.green()) > _iTolerance ||
-            qAbs(qBlue(rgb) - e.color.blue()) > _iTolerance) {
-            return QStringLiteral("pixel (%1,%2) is %3, expected %4")
+        const QColor got = _image.pixelColor(e.pt);
+        if (qAbs(got.red() - e.color.red()) > _iTolerance ||
+            qAbs(got.green() - e.color.green()) > _iTolerance ||
+            qAbs(got.blue() - e.color.blue()) > _iTolerance) {
+            return QStringLiteral("pixel (%1,%2) is (%3,%4,%5), expected %6")
                 .arg(e.pt.x())
                 .arg(e.pt.y())
-                .arg(Describe(rgb), Describe(e.color.rgb()));
+                .arg(got.red())
+                .arg(got.green())
+                .arg(got.blue())
+                .arg(e.color.name());
         }
     }
     return QString();

@@ -3,13 +3,11 @@
 #include <QTest>
 
 #include <atomic>
-#include <chrono>
 #include <thread>
 #include <utility>
 
 #include "CLS_FrameQueue.h"
 #include "CLS_MediaSource.h"
-#include "CLS_PlayClock.h"
 #include "CLS_StepCache.h"
 #include "CLS_Timeline.h"
 #include "CLS_TimelineScanner.h"
@@ -55,38 +53,10 @@ class TestEngineParts : public QObject
     Q_OBJECT
 
 private slots:
-    void stepCacheKeepsOneUnbrokenRun();
     void stepCacheStaysWithinBudget();
     void frameQueueDropsStaleWaiters();
-    void clockFollowsSpeedAndPause();
     void scannerSamplingFindsTheJoin();
 };
-
-void TestEngineParts::stepCacheKeepsOneUnbrokenRun()
-{
-    CLS_StepCache stCache(64u * 1024u * 1024u);
-    Fill(stCache, 10, 14);
-    ST_VideoFrame stOut;
-    QVERIFY(stCache.Previous(12, stOut));
-    QCOMPARE(stOut.m_llPts, 11LL);
-    FreeVideoFrame(stOut);
-    QVERIFY(stCache.Next(12, stOut));
-    QCOMPARE(stOut.m_llPts, 13LL);
-    FreeVideoFrame(stOut);
-    // The ends of the run have no neighbour outside it.
-    QVERIFY(!stCache.Previous(10, stOut));
-    QVERIFY(!stCache.Next(14, stOut));
-    // A picture that does not follow on starts a new run: nothing from the
-    // old one may pass for its neighbour. Nor may an older stamp claim to follow.
-    Fill(stCache, 40, 40);
-    QCOMPARE(stCache.Count(), std::size_t(1));
-    QVERIFY(!stCache.Previous(40, stOut));
-    ST_VideoFrame stOlder = MakeFrame(39);
-    stCache.Append(stOlder, true);
-    FreeVideoFrame(stOlder);
-    QCOMPARE(stCache.Count(), std::size_t(1));
-    QVERIFY(stCache.Contains(39));
-}
 
 void TestEngineParts::stepCacheStaysWithinBudget()
 {
@@ -131,28 +101,6 @@ void TestEngineParts::frameQueueDropsStaleWaiters()
     QVERIFY(!stQueue.Put(MakeFrame(8, 1)));
     stQueue.Abort();
     QVERIFY(!stQueue.Put(MakeFrame(9, 2)));
-}
-
-void TestEngineParts::clockFollowsSpeedAndPause()
-{
-    using Clock = CLS_PlayClock::Clock;
-    CLS_PlayClock stClock;
-    QVERIFY(stClock.Paused());
-    stClock.Set(10.0);
-    QCOMPARE(stClock.Get(Clock::now() + std::chrono::seconds(5)), 10.0);
-    stClock.SetPaused(false);
-    stClock.SetSpeed(4.0);
-    const auto tpNow = Clock::now();
-    const double dNow = stClock.Get(tpNow);
-    // One wall second later, four media seconds have passed.
-    QVERIFY(qAbs(stClock.Get(tpNow + std::chrono::seconds(1)) - dNow - 4.0) < 1e-6);
-    stClock.SetSpeed(1.0 / 16);
-    const double dSlow = stClock.Get();
-    QVERIFY(dSlow >= dNow && dSlow < dNow + 0.1);
-    QVERIFY(qAbs(stClock.Get(Clock::now() + std::chrono::seconds(16)) - dSlow - 1.0) < 0.01);
-    stClock.SetPaused(true);
-    const double dHeld = stClock.Get();
-    QCOMPARE(stClock.Get(Clock::now() + std::chrono::seconds(60)), dHeld);
 }
 
 void TestEngineParts::scannerSamplingFindsTheJoin()
