@@ -16,20 +16,20 @@ constexpr int kBlock = 32;
 constexpr int kBits = 10;
 }  // namespace
 
-QString MakeClip(const QString& _qstrDir, const ST_ClipSpec& _stSpec)
+QString MakeClip(const QString& _qstrDir, const ST_Clip& _stClip)
 {
-    const QString qstrPath = QDir(_qstrDir).filePath(_stSpec.m_qstrName);
+    const QString qstrPath = QDir(_qstrDir).filePath(_stClip.m_qstrName);
     if (QFileInfo::exists(qstrPath)) return qstrPath;
-    const QString qstrSeconds = QString::number(_stSpec.m_dSeconds);
+    const QString qstrSeconds = QString::number(_stClip.m_dSeconds);
     const QString qstrLavfi = QStringLiteral("-f lavfi -i ");
     QStringList qlstArgs{"-v", "error", "-y"};
     qlstArgs << QString(qstrLavfi + QStringLiteral("testsrc2=size=%1x%2:rate=%3:duration=%4")
-                                        .arg(_stSpec.m_iWidth)
-                                        .arg(_stSpec.m_iHeight)
-                                        .arg(_stSpec.m_iFps)
+                                        .arg(_stClip.m_iWidth)
+                                        .arg(_stClip.m_iHeight)
+                                        .arg(_stClip.m_iFps)
                                         .arg(qstrSeconds))
                     .split(' ');
-    if (!_stSpec.m_qlstAudioArgs.isEmpty())
+    if (!_stClip.m_qlstAudioArgs.isEmpty())
         qlstArgs << QString(qstrLavfi +
                             QStringLiteral("sine=frequency=1000:sample_rate=48000:duration=%1")
                                 .arg(qstrSeconds))
@@ -42,12 +42,12 @@ QString MakeClip(const QString& _qstrDir, const ST_ClipSpec& _stSpec)
                     "lum(X,Y))':cb='if(lt(Y,%2),128,cb(X,Y))':cr='if(lt(Y,%2),128,cr(X,Y))'")
                     .arg(kBlock)
                     .arg(kBlock / 2)
-                    .arg(_stSpec.m_iFirstNumber);
-    qlstArgs << _stSpec.m_qlstVideoArgs << _stSpec.m_qlstAudioArgs << _stSpec.m_qlstFormatArgs
+                    .arg(_stClip.m_iFirstNumber);
+    qlstArgs << _stClip.m_qlstVideoArgs << _stClip.m_qlstAudioArgs << _stClip.m_qlstFormatArgs
              << qstrPath;
     QByteArray qbaOutput;
     if (RunProgram(QStringLiteral("ffmpeg"), qlstArgs, &qbaOutput) != 0) {
-        qWarning("ffmpeg failed for %s: %s", qPrintable(_stSpec.m_qstrName), qbaOutput.constData());
+        qWarning("ffmpeg failed for %s: %s", qPrintable(_stClip.m_qstrName), qbaOutput.constData());
         return QString();
     }
     return qstrPath;

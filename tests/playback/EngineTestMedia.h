@@ -11,7 +11,7 @@ namespace QuillTest {
 // picture carries its own number in the top band (ten black/white blocks,
 // least significant bit on the left), so a test can tell which picture is on
 // screen from its pixels alone.
-struct ST_ClipSpec
+struct ST_Clip
 {
     QString m_qstrName;            // file name, suffix included
     QStringList m_qlstVideoArgs;   // encoder options, e.g. {"-c:v", "libx264"}
@@ -25,7 +25,7 @@ struct ST_ClipSpec
 };
 
 // Makes the clip in _qstrDir; the path, or an empty string on failure.
-QString MakeClip(const QString& _qstrDir, const ST_ClipSpec& _stSpec);
+QString MakeClip(const QString& _qstrDir, const ST_Clip& _stClip);
 
 // The number the picture carries; -1 when the band cannot be read.
 int FrameNumberOf(const AVFrame* _pFrame);

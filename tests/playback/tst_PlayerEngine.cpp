@@ -457,10 +457,10 @@ void TestPlayerEngine::survivesOperationStorm()
         [p](int _iValue) { p->Pause(_iValue % 2 == 0); },
         [p](int) { p->NormalSpeed(); },
         [p](int _iValue) { p->SetVolume(_iValue); },
+        [p](int) { p->GetPlayedTime(); },
         [p](int) { p->Stop(); },
         [p](int) { p->Play(0); },
-        [&](int _iValue) { p->OpenFile(Clip(_iValue % 2 ? "mpeg2.ps" : "h264.mp4")); },
-        [p](int) { p->GetPlayedTime(); }};
+        [&](int _iValue) { p->OpenFile(Clip(_iValue % 2 ? "mpeg2.ps" : "h264.mp4")); }};
     quint32 uiSeed = 12345;
     for (int i = 0; i < 300; ++i) {
         uiSeed = uiSeed * 1103515245u + 12345u;

@@ -69,12 +69,12 @@ private:
 void TestPlayerSound::initTestCase()
 {
     QVERIFY(m_qtmpDir.isValid());
-    QuillTest::ST_ClipSpec stSpec{"tone.mp4",
-                                  {"-c:v", "libx264", "-preset", "veryfast", "-pix_fmt", "yuv420p"},
-                                  {"-c:a", "aac"},
-                                  {}};
-    stSpec.m_dSeconds = 10.0;
-    m_qstrClip = QuillTest::MakeClip(m_qtmpDir.path(), stSpec);
+    QuillTest::ST_Clip stClip{"tone.mp4",
+                              {"-c:v", "libx264", "-preset", "veryfast", "-pix_fmt", "yuv420p"},
+                              {"-c:a", "aac"},
+                              {}};
+    stClip.m_dSeconds = 10.0;
+    m_qstrClip = QuillTest::MakeClip(m_qtmpDir.path(), stClip);
     QVERIFY(!m_qstrClip.isEmpty());
     m_qstrOut = m_qtmpDir.filePath(QStringLiteral("card.raw"));
 }

@@ -116,30 +116,31 @@ void TestVideoOutput::renderWidget_data()
     QTest::addColumn<QColor>("expected");
 
     const QSize sd(320, 240), hd(1280, 720);
-    const int unspec = AVCOL_SPC_UNSPECIFIED, bt709 = AVCOL_SPC_BT709, bt601 = AVCOL_SPC_SMPTE170M;
+    const int untagged = AVCOL_SPC_UNSPECIFIED, bt709 = AVCOL_SPC_BT709,
+              bt601 = AVCOL_SPC_SMPTE170M;
     const int limited = AVCOL_RANGE_MPEG, full = AVCOL_RANGE_JPEG,
               norange = AVCOL_RANGE_UNSPECIFIED;
     QTest::newRow("yuv420p untagged HD is 709")
-        << int(AV_PIX_FMT_YUV420P) << hd << unspec << norange << 63 << 102 << 240 << g_red;
+        << int(AV_PIX_FMT_YUV420P) << hd << untagged << norange << 63 << 102 << 240 << g_red;
     QTest::newRow("HD tagged 601 stays 601")
         << int(AV_PIX_FMT_YUV420P) << hd << bt601 << limited << 81 << 90 << 240 << g_red;
     QTest::newRow("SD tagged 709 stays 709")
         << int(AV_PIX_FMT_NV12) << sd << bt709 << limited << 63 << 102 << 240 << g_red;
     QTest::newRow("yuvj420p is full range")
-        << int(AV_PIX_FMT_YUVJ420P) << sd << unspec << norange << 76 << 85 << 255 << g_red;
+        << int(AV_PIX_FMT_YUVJ420P) << sd << untagged << norange << 76 << 85 << 255 << g_red;
     QTest::newRow("range tag full on yuv420p") << int(AV_PIX_FMT_YUV420P) << sd << bt601 << full
                                                << 200 << 128 << 128 << QColor(200, 200, 200);
-    QTest::newRow("yuv422p odd size") << int(AV_PIX_FMT_YUV422P) << QSize(317, 239) << unspec
+    QTest::newRow("yuv422p odd size") << int(AV_PIX_FMT_YUV422P) << QSize(317, 239) << untagged
                                       << norange << 41 << 240 << 110 << g_blue;
     QTest::newRow("10-bit HD converted keeps 709")
-        << int(AV_PIX_FMT_YUV420P10LE) << hd << unspec << limited << 63 << 102 << 240 << g_red;
+        << int(AV_PIX_FMT_YUV420P10LE) << hd << untagged << limited << 63 << 102 << 240 << g_red;
     QTest::newRow("10-bit full range keeps its range")
         << int(AV_PIX_FMT_YUV420P10LE) << sd << bt601 << full << 200 << 128 << 128
         << QColor(200, 200, 200);
-    QTest::newRow("rgb24 converted") << int(AV_PIX_FMT_RGB24) << sd << unspec << norange << 40
+    QTest::newRow("rgb24 converted") << int(AV_PIX_FMT_RGB24) << sd << untagged << norange << 40
                                      << 200 << 90 << QColor(40, 200, 90);
-    QTest::newRow("gray converted") << int(AV_PIX_FMT_GRAY8) << sd << unspec << norange << 126 << 0
-                                    << 0 << QColor(128, 128, 128);
+    QTest::newRow("gray converted") << int(AV_PIX_FMT_GRAY8) << sd << untagged << norange << 126
+                                    << 0 << 0 << QColor(128, 128, 128);
 }
 
 void TestVideoOutput::renderWidget()
