@@ -27,6 +27,9 @@ constexpr int kMaxSkipForKey = 250;
 // Share of the decoder's time that high-speed playback may take before it
 // starts decoding less.
 constexpr double kDecodeBudget = 0.6;
+// Decode times kept beyond what the decoder can hold back, for packets still
+// on their way through it.
+constexpr int kSpareDecodeTimes = 4;
 }  // namespace
 
 CLS_VideoDecoder::CLS_VideoDecoder(CLS_SessionState& _state, CLS_PacketQueue& _packets,
@@ -61,6 +64,7 @@ bool CLS_VideoDecoder::OpenCodec(int _iThreads, std::string& _strError)
 {
     avcodec_free_context(&m_pCodec);
     m_iThreads = 0;
+    m_vecDecodeTimes.clear();
     const AVCodec* pDecoder = avcodec_find_decoder(m_pStream->codecpar->codec_id);
     if (!pDecoder) {
         _strError =
@@ -233,6 +237,8 @@ void CLS_VideoDecoder::Feed(const AVPacket* _pPacket)
     int iRet = avcodec_send_packet(m_pCodec, _pPacket);
     // A damaged packet is skipped; the stream goes on.
     if (iRet < 0 && iRet != AVERROR(EAGAIN) && iRet != AVERROR_EOF && _pPacket) return;
+    if (iRet >= 0 && _pPacket && _pPacket->pts == AV_NOPTS_VALUE && _pPacket->dts != AV_NOPTS_VALUE)
+        NoteDecodeTime(_pPacket->dts);
     while (true) {
         iRet = avcodec_receive_frame(m_pCodec, m_pScratch);
         if (iRet < 0) break;
@@ -252,9 +258,34 @@ void CLS_VideoDecoder::Feed(const AVPacket* _pPacket)
     }
 }
 
+void CLS_VideoDecoder::NoteDecodeTime(std::int64_t _i64Dts)
+{
+    m_vecDecodeTimes.insert(
+        std::upper_bound(m_vecDecodeTimes.begin(), m_vecDecodeTimes.end(), _i64Dts), _i64Dts);
+    // Pictures the decoder never puts out (skipped at high speed, damaged)
+    // leave their time behind; more than the decoder can hold back at once
+    // are such leftovers.
+    const std::size_t sizeMax = static_cast<std::size_t>(
+        std::max(0, m_pCodec->has_b_frames) + std::max(1, m_iThreads) + kSpareDecodeTimes);
+    if (m_vecDecodeTimes.size() > sizeMax)
+        m_vecDecodeTimes.erase(m_vecDecodeTimes.begin(),
+                               m_vecDecodeTimes.begin() +
+                                   static_cast<std::ptrdiff_t>(m_vecDecodeTimes.size() - sizeMax));
+}
+
 void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
 {
     std::int64_t i64Pts = _pFrame->best_effort_timestamp;
+    // Containers that store decode order only (avi) give B-frame streams no
+    // picture times. Pictures come out in display order, and a constant
+    // rate shows them at the decode times sorted: the earliest time still
+    // open belongs to this picture. The decoder's own guess is the decode
+    // time of whatever packet went in last, later by its reordering delay,
+    // which changes with threads and after every flush.
+    if (_pFrame->pts == AV_NOPTS_VALUE && !m_vecDecodeTimes.empty()) {
+        i64Pts = m_vecDecodeTimes.front();
+        m_vecDecodeTimes.erase(m_vecDecodeTimes.begin());
+    }
     if (i64Pts == AV_NOPTS_VALUE) i64Pts = _pFrame->pts;
     if (i64Pts != AV_NOPTS_VALUE) i64Pts = m_state.m_timeline.ToLine(i64Pts, _pFrame->pkt_pos);
     if (i64Pts == AV_NOPTS_VALUE)
@@ -360,6 +391,7 @@ void CLS_VideoDecoder::FinishStream()
 void CLS_VideoDecoder::Flush()
 {
     if (m_pCodec) avcodec_flush_buffers(m_pCodec);
+    m_vecDecodeTimes.clear();
 }
 
 }  // namespace RK_Framework::VideoPlayer

@@ -54,6 +54,8 @@ private:
     void BeginSerial(int _iSerial);
     // Sends one packet (null: drain) and handles every picture that comes out.
     void Feed(const AVPacket* _pPacket);
+    // Keeps the decode time of a packet that brought no picture time.
+    void NoteDecodeTime(std::int64_t _i64Dts);
     void HandleFrame(AVFrame* _pFrame);
     void Deliver(ST_VideoFrame& _stFrame);
     void DeliverHeld();
@@ -85,6 +87,9 @@ private:
     std::int64_t m_i64LastPts = 0;
     std::int64_t m_i64NominalTicks = 1;
     int m_iLevel = 0;
+    // Decode times of packets without picture times still inside the
+    // decoder, in ascending order.
+    std::vector<std::int64_t> m_vecDecodeTimes;
     // Seconds of decoder time per picture, learnt while decoding everything.
     double m_dCostPerFrame = 0.0;
 };
