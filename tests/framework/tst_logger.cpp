@@ -22,7 +22,6 @@ private slots:
     void qualifiedFunctionName();
     void mapsRenderAsIndentedJson();
     void recordCarriesItsSourcePosition();
-    void linesFromManyThreadsAllArrive();
 
 private:
     QTemporaryDir m_tmpLogDir;
@@ -96,28 +95,6 @@ void TestLogger::recordCarriesItsSourcePosition()
     QVERIFY2(qstrRecord.contains(QStringLiteral("LoggerTest")), qPrintable(qstrRecord));
     QVERIFY2(qstrRecord.contains(QStringLiteral("value 42 1 é map:[{\n    \"k\": 1\n}\n]")),
              qPrintable(qstrRecord));
-}
-
-void TestLogger::linesFromManyThreadsAllArrive()
-{
-    constexpr int kThreads = 6;
-    constexpr int kLines = 200;
-    QVector<QThread*> vecThreads;
-    for (int t = 0; t < kThreads; ++t) {
-        vecThreads << QThread::create([t]() {
-            for (int i = 0; i < kLines; ++i)
-                KOLOG(1, "LoggerThreads") << "thread " << t << " line " << i;
-        });
-        vecThreads.last()->start();
-    }
-    for (QThread* pThread : vecThreads) {
-        QVERIFY(pThread->wait(30000));
-        delete pThread;
-    }
-    const QStringList qlstRecords =
-        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("LoggerThreads"));
-    QCOMPARE(qlstRecords.size(), kThreads * kLines);
-    QCOMPARE(qlstRecords.filter(QStringLiteral("thread 3 line 199")).size(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestLogger)
