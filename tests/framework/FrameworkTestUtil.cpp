@@ -2,6 +2,7 @@
 
 #include "KoLogApi.h"
 #include "KoParamApi.h"
+#include "KoTaskPoolApi.h"
 #include "QuillTestSupport.h"
 
 #include <QFile>
@@ -41,6 +42,13 @@ bool StartParams(const QString& _qstrPath)
     auto pfnInit = reinterpret_cast<KoParamApi::InitFn>(
         QLibrary::resolve(QuillTest::LibraryPath(QStringLiteral("KoParam")), "Init"));
     return pfnInit && pfnInit(_qstrPath.toStdString());
+}
+
+void StopTaskPool()
+{
+    auto pfnUnInit = reinterpret_cast<KoTaskPoolApi::UnInitFn>(
+        QLibrary::resolve(QuillTest::LibraryPath(QStringLiteral("KoTaskPool")), "UnInit"));
+    if (pfnUnInit) pfnUnInit();
 }
 
 }  // namespace FrameworkTest

@@ -17,4 +17,8 @@ QStringList ReadLog(const QString& _qstrDir, const QString& _qstrChannel);
 // Starts the real parameter service on a settings file; false when missing.
 bool StartParams(const QString& _qstrPath);
 
+// Joins the task pool's workers, as the host does at exit, so no worker is
+// still running while the process tears down.
+void StopTaskPool();
+
 }  // namespace FrameworkTest

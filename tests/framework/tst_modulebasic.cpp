@@ -88,7 +88,12 @@ public:
                 this, "blocker");
         }
     }
-    ~PoolBlocker() { Release(); }
+    ~PoolBlocker()
+    {
+        // Blockers still queued must not run on a blocker that is gone.
+        Release();
+        KoService::RemoveTmpTask(this, "~PoolBlocker");
+    }
     bool AnyRunning()
     {
         std::lock_guard<std::mutex> lock(m_mutex);
@@ -115,6 +120,7 @@ class TestModuleBasic : public QObject
     Q_OBJECT
 private slots:
     void initTestCase();
+    void cleanupTestCase() { FrameworkTest::StopTaskPool(); }
     void taskTagHasTheSuiteSpacing();
     void handledRequestAnswersFromWorkerThread();
     void refusedRequestIsLoggedAsError();

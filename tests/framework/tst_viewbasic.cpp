@@ -64,6 +64,7 @@ class TestViewBasic : public QObject
     Q_OBJECT
 private slots:
     void initTestCase();
+    void cleanupTestCase() { FrameworkTest::StopTaskPool(); }
     void viewWithoutPresenterSaysSoAtEveryInit();
     void showingRunsInitFirst();
     void resultsReachTheAskingViewOnly();
