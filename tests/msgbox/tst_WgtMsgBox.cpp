@@ -166,9 +166,11 @@ private slots:
         QPointer<CLS_WgtMsgBox> pFirstGuard(pFirst);
         QTest::keyClick(pFirst, Qt::Key_Return);
         QTRY_VERIFY(pFirstGuard.isNull());
-        QVERIFY(pSecond && pSecond->isVisible());
-        QCOMPARE(pSecond->parentWidget(), &owner);
-        delete pSecond;
+        CLS_WgtMsgBox* pSecondBox = pSecond.data();
+        QVERIFY(pSecondBox != nullptr);
+        QVERIFY(pSecondBox->isVisible());
+        QCOMPARE(pSecondBox->parentWidget(), &owner);
+        delete pSecondBox;
     }
 };
 
