@@ -22,7 +22,7 @@ public:
         void* pLibrary = dlopen(QFile::encodeName(LibraryPath(QStringLiteral("KoLog"))).constData(),
                                 RTLD_NOW | RTLD_GLOBAL);
         auto pfnInit =
-            pLibrary ? reinterpret_cast<KoLogApi::InitFn>(dlsym(pLibrary, "Init")) : nullptr;
+            reinterpret_cast<KoLogApi::InitFn>(pLibrary ? dlsym(pLibrary, "Init") : nullptr);
         m_blReady = pfnInit && m_tmpDir.isValid() &&
                     pfnInit(m_tmpDir.path().toStdString(), KoLogApi::Trace);
     }
