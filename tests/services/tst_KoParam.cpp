@@ -33,107 +33,104 @@ class tst_KoParam : public QObject
     Q_OBJECT
 
 private slots:
-    void valuesPersistAcrossUnInitAndInit();
-    void unreadableFileIsKeptAsBackup_data();
-    void unreadableFileIsKeptAsBackup();
-    void concurrentSetAndGet();
+    void valuesPersistAcrossUnInitAndInit()
+    {
+        ServiceLibrary library(KoParamApi::kLibraryName);
+        QVERIFY(m_tmpDir.isValid() && library.Load());
+        const auto pfnInit = library.Get<KoParamApi::InitFn>("Init");
+        const auto pfnSet = library.Get<KoParamApi::SetParamFn>("SetParam");
+        const auto pfnGet = library.Get<KoParamApi::GetParamFn>("GetParam");
+        const auto pfnDelete = library.Get<KoParamApi::DeleteParamFn>("DeleteParam");
+        const auto pfnUnInit = library.Get<KoParamApi::UnInitFn>("UnInit");
+        QVERIFY(pfnInit && pfnSet && pfnGet && pfnDelete && pfnUnInit);
+        QVERIFY(!pfnSet("SystemConfig", "skin", "light"));
+
+        // A missing file, even in a missing folder, starts empty.
+        const QString qstrPath = m_tmpDir.filePath(QStringLiteral("user/settings.json"));
+        QVERIFY(pfnInit(qstrPath.toStdString()));
+        QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("dark"));
+        QVERIFY(pfnSet("SystemConfig", "skin", "light"));
+        QVERIFY(pfnSet("ModuleKoPlayer", "Title", "Überwachung – 監視"));
+        QVERIFY(pfnSet("ModuleKoPlayer", "OpenSound", "1"));
+        QVERIFY(pfnDelete("ModuleKoPlayer", "OpenSound"));
+        QVERIFY(ReadAll(qstrPath).contains("light"));  // written at once, not only at UnInit
+
+        pfnUnInit();
+        QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("dark"));
+        QVERIFY(pfnInit(qstrPath.toStdString()));
+        QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("light"));
+        QCOMPARE(pfnGet("ModuleKoPlayer", "Title", ""), std::string("Überwachung – 監視"));
+        QCOMPARE(pfnGet("ModuleKoPlayer", "OpenSound", "gone"), std::string("gone"));
+        pfnUnInit();
+    }
+
+    void unreadableFileIsKeptAsBackup_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::newRow("garbage") << QByteArray("\x01\x02 not json at all");
+        QTest::newRow("truncated") << QByteArray("{ \"SystemConfig\": { \"skin\": \"li");
+        QTest::newRow("array at top") << QByteArray("[ \"SystemConfig\" ]");
+    }
+
+    void unreadableFileIsKeptAsBackup()
+    {
+        QFETCH(QByteArray, content);
+        const QDir dir(m_tmpDir.filePath(QTest::currentDataTag()));
+        QVERIFY(dir.mkpath(QStringLiteral(".")));
+        const QString qstrPath = dir.filePath(QStringLiteral("settings.json"));
+        CLS_ParamStore store;
+        // A second broken file in the same second gets a backup of its own.
+        for (int iRound = 1; iRound <= 2; ++iRound) {
+            QVERIFY(Write(qstrPath, content));
+            QVERIFY(store.Init(qstrPath.toStdString()));
+            QCOMPARE(store.GetParam("SystemConfig", "skin", "dark"), std::string("dark"));
+            // New settings go to a fresh file and leave the backups alone.
+            QVERIFY(store.SetParam("SystemConfig", "skin", "light"));
+            QVERIFY(QJsonDocument::fromJson(ReadAll(qstrPath)).isObject());
+            const QStringList qlstBackups =
+                dir.entryList({QStringLiteral("settings.json.corrupt-*")});
+            QCOMPARE(qlstBackups.size(), iRound);
+            for (const QString& qstrName : qlstBackups)
+                QCOMPARE(ReadAll(dir.filePath(qstrName)), content);
+            store.UnInit();
+        }
+    }
+
+    void concurrentSetAndGet()
+    {
+        const std::string strPath =
+            m_tmpDir.filePath(QStringLiteral("concurrent.json")).toStdString();
+        constexpr int kThreads = 8, kKeys = 60;
+        const auto section = [](int t) { return "Section" + std::to_string(t % 3); };
+        const auto key = [](int t, int k) { return std::to_string(t) + "_" + std::to_string(k); };
+        CLS_ParamStore store;
+        QVERIFY(store.Init(strPath));
+        std::atomic<int> iMismatches{0};
+        std::vector<std::thread> vecThreads;
+        for (int t = 0; t < kThreads; ++t) {
+            vecThreads.emplace_back([&, t] {
+                for (int k = 0; k < kKeys; ++k) {
+                    store.SetParam(section(t), key(t, k), key(k, t));
+                    if (store.GetParam(section(t), key(t, k), "") != key(k, t)) ++iMismatches;
+                }
+            });
+        }
+        for (std::thread& thread : vecThreads)
+            thread.join();
+        QCOMPARE(iMismatches.load(), 0);
+
+        // Every value reached the file.
+        store.UnInit();
+        QVERIFY(store.Init(strPath));
+        for (int t = 0; t < kThreads; ++t) {
+            for (int k = 0; k < kKeys; ++k)
+                QCOMPARE(store.GetParam(section(t), key(t, k), ""), key(k, t));
+        }
+    }
 
 private:
     QTemporaryDir m_tmpDir;
 };
-
-void tst_KoParam::valuesPersistAcrossUnInitAndInit()
-{
-    ServiceLibrary library(KoParamApi::kLibraryName);
-    QVERIFY(m_tmpDir.isValid() && library.Load());
-    const auto pfnInit = library.Get<KoParamApi::InitFn>("Init");
-    const auto pfnSet = library.Get<KoParamApi::SetParamFn>("SetParam");
-    const auto pfnGet = library.Get<KoParamApi::GetParamFn>("GetParam");
-    const auto pfnDelete = library.Get<KoParamApi::DeleteParamFn>("DeleteParam");
-    const auto pfnUnInit = library.Get<KoParamApi::UnInitFn>("UnInit");
-    QVERIFY(pfnInit && pfnSet && pfnGet && pfnDelete && pfnUnInit);
-    QVERIFY(!pfnSet("SystemConfig", "skin", "light"));
-
-    // A missing file, even in a missing folder, starts empty.
-    const QString qstrPath = m_tmpDir.filePath(QStringLiteral("user/settings.json"));
-    QVERIFY(pfnInit(qstrPath.toStdString()));
-    QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("dark"));
-    QVERIFY(pfnSet("SystemConfig", "skin", "light"));
-    QVERIFY(pfnSet("ModuleKoPlayer", "Title", "Überwachung – 監視"));
-    QVERIFY(pfnSet("ModuleKoPlayer", "OpenSound", "1"));
-    QVERIFY(pfnDelete("ModuleKoPlayer", "OpenSound"));
-    QVERIFY(ReadAll(qstrPath).contains("light"));  // written at once, not only at UnInit
-
-    pfnUnInit();
-    QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("dark"));
-    QVERIFY(pfnInit(qstrPath.toStdString()));
-    QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("light"));
-    QCOMPARE(pfnGet("ModuleKoPlayer", "Title", ""), std::string("Überwachung – 監視"));
-    QCOMPARE(pfnGet("ModuleKoPlayer", "OpenSound", "gone"), std::string("gone"));
-    pfnUnInit();
-}
-
-void tst_KoParam::unreadableFileIsKeptAsBackup_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("garbage") << QByteArray("\x01\x02 not json at all");
-    QTest::newRow("truncated") << QByteArray("{ \"SystemConfig\": { \"skin\": \"li");
-    QTest::newRow("array at top") << QByteArray("[ \"SystemConfig\" ]");
-}
-
-void tst_KoParam::unreadableFileIsKeptAsBackup()
-{
-    QFETCH(QByteArray, content);
-    const QDir dir(m_tmpDir.filePath(QTest::currentDataTag()));
-    QVERIFY(dir.mkpath(QStringLiteral(".")));
-    const QString qstrPath = dir.filePath(QStringLiteral("settings.json"));
-    CLS_ParamStore store;
-    // A second broken file in the same second gets a backup of its own.
-    for (int iRound = 1; iRound <= 2; ++iRound) {
-        QVERIFY(Write(qstrPath, content));
-        QVERIFY(store.Init(qstrPath.toStdString()));
-        QCOMPARE(store.GetParam("SystemConfig", "skin", "dark"), std::string("dark"));
-        // New settings go to a fresh file and leave the backups alone.
-        QVERIFY(store.SetParam("SystemConfig", "skin", "light"));
-        QVERIFY(QJsonDocument::fromJson(ReadAll(qstrPath)).isObject());
-        const QStringList qlstBackups = dir.entryList({QStringLiteral("settings.json.corrupt-*")});
-        QCOMPARE(qlstBackups.size(), iRound);
-        for (const QString& qstrName : qlstBackups)
-            QCOMPARE(ReadAll(dir.filePath(qstrName)), content);
-        store.UnInit();
-    }
-}
-
-void tst_KoParam::concurrentSetAndGet()
-{
-    const std::string strPath = m_tmpDir.filePath(QStringLiteral("concurrent.json")).toStdString();
-    constexpr int kThreads = 8, kKeys = 60;
-    const auto section = [](int t) { return "Section" + std::to_string(t % 3); };
-    const auto key = [](int t, int k) { return std::to_string(t) + "_" + std::to_string(k); };
-    CLS_ParamStore store;
-    QVERIFY(store.Init(strPath));
-    std::atomic<int> iMismatches{0};
-    std::vector<std::thread> vecThreads;
-    for (int t = 0; t < kThreads; ++t) {
-        vecThreads.emplace_back([&, t] {
-            for (int k = 0; k < kKeys; ++k) {
-                store.SetParam(section(t), key(t, k), key(k, t));
-                if (store.GetParam(section(t), key(t, k), "") != key(k, t)) ++iMismatches;
-            }
-        });
-    }
-    for (std::thread& thread : vecThreads)
-        thread.join();
-    QCOMPARE(iMismatches.load(), 0);
-
-    // Every value reached the file.
-    store.UnInit();
-    QVERIFY(store.Init(strPath));
-    for (int t = 0; t < kThreads; ++t) {
-        for (int k = 0; k < kKeys; ++k)
-            QCOMPARE(store.GetParam(section(t), key(t, k), ""), key(k, t));
-    }
-}
 
 QTEST_GUILESS_MAIN(tst_KoParam)
 #include "tst_KoParam.moc"

@@ -20,205 +20,202 @@ class tst_KoTaskPool : public QObject
     Q_OBJECT
 
 private slots:
-    void concurrentAddRemoveAndKill();
-    void withdrawalsWaitForRunsInProgress();
-    void withdrawingFromInsideOwnTasksDoesNotDeadlock();
-    void loopTasksStopWhenRemoved();
-    void exceptionsAreLoggedAndPoolKeepsWorking();
-};
-
-void tst_KoTaskPool::concurrentAddRemoveAndKill()
-{
-    CLS_TaskPool pool({}, 4);
-    const int iKept = 0, iVictim = 0;
-    constexpr int kThreads = 3, kPerThread = 400;
-    std::array<std::atomic<int>, kThreads * kPerThread> arrKept{}, arrVictim{};
-    std::atomic<int> iInFlight{0};
-    // Threads queue kept and victim tasks and withdraw the victims every 7th step.
-    std::vector<std::thread> vecThreads;
-    for (int t = 0; t < kThreads; ++t) {
-        vecThreads.emplace_back([&, t] {
-            for (int i = t * kPerThread; i < (t + 1) * kPerThread; ++i) {
-                pool.AddTmpTask([&, i] { ++arrKept[i]; }, &iKept, "kept");
-                pool.AddTmpTask(
-                    [&, i] {
-                        ++iInFlight;
-                        ++arrVictim[i];
-                        --iInFlight;
-                    },
-                    &iVictim, "victim");
-                if (i % 14 == 0) pool.KillTask(&iVictim);
-                if (i % 14 == 7) pool.RemoveTmpTask(&iVictim, "victim");
-            }
-        });
-    }
-    for (std::thread& thread : vecThreads)
-        thread.join();
-    pool.KillTask(&iVictim);
-    QCOMPARE(iInFlight.load(), 0);
-    // Victim runs so far, or -1 once a victim ran twice.
-    const auto victimRuns = [&] {
-        int iRuns = 0;
-        for (const auto& runs : arrVictim)
-            iRuns = iRuns < 0 || runs > 1 ? -1 : iRuns + runs;
-        return iRuns;
-    };
-    const int iVictimRuns = victimRuns();
-    QVERIFY(iVictimRuns >= 0);
-    QTRY_VERIFY(std::all_of(arrKept.begin(), arrKept.end(), [](auto& runs) { return runs == 1; }));
-    QCOMPARE(victimRuns(), iVictimRuns);  // none ran after the withdrawal returned
-}
-
-void tst_KoTaskPool::withdrawalsWaitForRunsInProgress()
-{
-    std::atomic<bool> blOpenA{false}, blOpenLoop{false}, blOpenLast{false};
-    CLS_TaskPool pool({}, 2);
-    // Held runs are let go before the pool joins, even when a check fails early.
-    const auto release = qScopeGuard([&] { blOpenA = blOpenLoop = blOpenLast = true; });
-    const int iOwnerA = 0, iOwnerB = 0;
-    std::atomic<int> iInFlight{0}, iRuns{0};
-    const auto held = [&](std::atomic<bool>& _blOpen) {
-        return [&iInFlight, pOpen = &_blOpen] {
-            ++iInFlight;
-            while (!*pOpen)
-                std::this_thread::sleep_for(std::chrono::milliseconds(1));
-            --iInFlight;
+    void concurrentAddRemoveAndKill()
+    {
+        CLS_TaskPool pool({}, 4);
+        const int iKept = 0, iVictim = 0;
+        constexpr int kThreads = 3, kPerThread = 400;
+        std::array<std::atomic<int>, kThreads * kPerThread> arrKept{}, arrVictim{};
+        std::atomic<int> iInFlight{0};
+        // Threads queue kept and victim tasks and withdraw the victims every 7th step.
+        std::vector<std::thread> vecThreads;
+        for (int t = 0; t < kThreads; ++t) {
+            vecThreads.emplace_back([&, t] {
+                for (int i = t * kPerThread; i < (t + 1) * kPerThread; ++i) {
+                    pool.AddTmpTask([&, i] { ++arrKept[i]; }, &iKept, "kept");
+                    pool.AddTmpTask(
+                        [&, i] {
+                            ++iInFlight;
+                            ++arrVictim[i];
+                            --iInFlight;
+                        },
+                        &iVictim, "victim");
+                    if (i % 14 == 0) pool.KillTask(&iVictim);
+                    if (i % 14 == 7) pool.RemoveTmpTask(&iVictim, "victim");
+                }
+            });
+        }
+        for (std::thread& thread : vecThreads)
+            thread.join();
+        pool.KillTask(&iVictim);
+        QCOMPARE(iInFlight.load(), 0);
+        // Victim runs so far, or -1 once a victim ran twice.
+        const auto victimRuns = [&] {
+            int iRuns = 0;
+            for (const auto& runs : arrVictim)
+                iRuns = iRuns < 0 || runs > 1 ? -1 : iRuns + runs;
+            return iRuns;
         };
-    };
-    const auto addPending = [&](const void* _pOwner, int _iCount) {
-        for (int i = 0; i < _iCount; ++i)
-            pool.AddTmpTask([&] { ++iRuns; }, _pOwner, "pending");
-    };
-    // _withdraw must still block a while later and return once _blOpen is set.
-    // Answers the runs still in flight at its return, or -1 if it did not block.
-    const auto inFlightAfter = [&](std::atomic<bool>& _blOpen,
-                                   const std::function<void()>& _withdraw) {
-        std::atomic<int> iAtReturn{-1};
-        std::thread caller([&] {
-            _withdraw();
-            iAtReturn = iInFlight.load();
-        });
-        QTest::qWait(100);
-        const bool blBlocked = iAtReturn == -1;
-        _blOpen = true;
-        caller.join();
-        return blBlocked ? iAtReturn.load() : -1;
-    };
-
-    // RemoveTmpTask drops the owner's pending tasks and waits for its running
-    // one, but not for another owner's.
-    QVERIFY(pool.AddTmpTask(held(blOpenA), &iOwnerA, "A"));
-    QVERIFY(pool.AddTmpTask(held(blOpenLast), &iOwnerB, "B"));
-    QTRY_COMPARE(iInFlight.load(), 2);
-    addPending(&iOwnerA, 5);
-    QCOMPARE(inFlightAfter(blOpenA, [&] { pool.RemoveTmpTask(&iOwnerA, "A"); }), 1);
-
-    // RemoveTask waits for the loop's run in progress, and that run is its last.
-    std::atomic<int> iLoopRuns{0};
-    QVERIFY(pool.AddLoopTask(
-        [&, run = held(blOpenLoop)] {
-            ++iLoopRuns;
-            run();
-        },
-        &iOwnerA, "loop", 1));
-    QTRY_COMPARE(iInFlight.load(), 2);
-    QCOMPARE(inFlightAfter(blOpenLoop, [&] { pool.RemoveTask(&iOwnerA, "loop"); }), 1);
-    QCOMPARE(iLoopRuns.load(), 1);
-
-    // UnInit drops what is pending and joins the running tasks; the pool then starts afresh.
-    QVERIFY(pool.AddTmpTask(held(blOpenLast), &iOwnerB, "B2"));
-    QTRY_COMPARE(iInFlight.load(), 2);
-    addPending(&iOwnerB, 10);
-    QCOMPARE(inFlightAfter(blOpenLast, [&] { pool.UnInit(); }), 0);
-    QCOMPARE(iRuns.load(), 0);
-    addPending(&iOwnerA, 1);
-    QTRY_COMPARE(iRuns.load(), 1);
-}
-
-void tst_KoTaskPool::withdrawingFromInsideOwnTasksDoesNotDeadlock()
-{
-    // Two runs of one owner, each withdrawing the owner while the other runs.
-    CLS_TaskPool pool({}, 3);
-    const int iOwner = 0;
-    std::atomic<int> iDone{0}, iEntered{0};
-    for (int i = 0; i < 2; ++i) {
-        pool.AddTmpTask(
-            [&] {
-                ++iEntered;
-                const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-                while (iEntered < 2 && std::chrono::steady_clock::now() < deadline)
-                    std::this_thread::yield();
-                pool.RemoveTmpTask(&iOwner, "pair");
-                pool.KillTask(&iOwner);
-                ++iDone;
-            },
-            &iOwner, "pair");
+        const int iVictimRuns = victimRuns();
+        QVERIFY(iVictimRuns >= 0);
+        QTRY_VERIFY(
+            std::all_of(arrKept.begin(), arrKept.end(), [](auto& runs) { return runs == 1; }));
+        QCOMPARE(victimRuns(), iVictimRuns);  // none ran after the withdrawal returned
     }
-    QTRY_COMPARE(iDone.load(), 2);
-    QCOMPARE(iEntered.load(), 2);
-}
 
-void tst_KoTaskPool::loopTasksStopWhenRemoved()
-{
-    CLS_TaskPool pool({}, 3);
-    const int iOwner = 0, iClockOwner = 0;
-    std::atomic<int> iPoll{0}, iOther{0}, iClock{0};
-    QVERIFY(pool.AddLoopTask([&] { ++iPoll; }, &iOwner, "poll", 5));
-    QVERIFY(pool.AddLoopTask([&] { ++iOther; }, &iOwner, "other", 5));
-    QVERIFY(pool.AddLoopTask([&] { ++iClock; }, &iClockOwner, "clock", 5));
-    QTRY_VERIFY(iPoll >= 3 && iOther >= 3);
-    // RemoveTask stops the named loop only; KillTask stops the owner's others.
-    pool.RemoveTask(&iOwner, "poll");
-    const int iPollAtRemove = iPoll, iOtherAtRemove = iOther;
-    QTRY_VERIFY(iOther >= iOtherAtRemove + 5);
-    QCOMPARE(iPoll.load(), iPollAtRemove);
-    pool.KillTask(&iOwner);
-    const int iOtherAtKill = iOther, iClockAtKill = iClock;
-    QTRY_VERIFY(iClock >= iClockAtKill + 5);
-    QCOMPARE(iOther.load(), iOtherAtKill);
-    // KillTaskAll stops every loop; new ones still run.
-    pool.KillTaskAll();
-    const int iClockAtAll = iClock;
-    QVERIFY(pool.AddLoopTask([&] { ++iPoll; }, &iOwner, "poll", 5));
-    QTRY_VERIFY(iPoll >= iPollAtRemove + 5);
-    QCOMPARE(iClock.load(), iClockAtAll);
-}
+    void withdrawalsWaitForRunsInProgress()
+    {
+        std::atomic<bool> blOpenA{false}, blOpenLoop{false}, blOpenLast{false};
+        CLS_TaskPool pool({}, 2);
+        // Held runs are let go before the pool joins, even when a check fails early.
+        const auto release = qScopeGuard([&] { blOpenA = blOpenLoop = blOpenLast = true; });
+        const int iOwnerA = 0, iOwnerB = 0;
+        std::atomic<int> iInFlight{0}, iRuns{0};
+        const auto held = [&](std::atomic<bool>& _blOpen) {
+            return [&iInFlight, pOpen = &_blOpen] {
+                ++iInFlight;
+                while (!*pOpen)
+                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                --iInFlight;
+            };
+        };
+        const auto addPending = [&](const void* _pOwner, int _iCount) {
+            for (int i = 0; i < _iCount; ++i)
+                pool.AddTmpTask([&] { ++iRuns; }, _pOwner, "pending");
+        };
+        // _withdraw must still block a while later and return once _blOpen is set.
+        // Answers the runs still in flight at its return, or -1 if it did not block.
+        const auto inFlightAfter = [&](std::atomic<bool>& _blOpen,
+                                       const std::function<void()>& _withdraw) {
+            std::atomic<int> iAtReturn{-1};
+            std::thread caller([&] {
+                _withdraw();
+                iAtReturn = iInFlight.load();
+            });
+            QTest::qWait(100);
+            const bool blBlocked = iAtReturn == -1;
+            _blOpen = true;
+            caller.join();
+            return blBlocked ? iAtReturn.load() : -1;
+        };
 
-void tst_KoTaskPool::exceptionsAreLoggedAndPoolKeepsWorking()
-{
-    QTemporaryDir logDir;
-    ServiceLibrary log(KoLogApi::kLibraryName), pool(KoTaskPoolApi::kLibraryName);
-    QVERIFY(logDir.isValid() && log.Load() && pool.Load());
-    QVERIFY(log.Get<KoLogApi::InitFn>("Init")(logDir.path().toStdString(), 0));
-    const auto pfnAdd = pool.Get<KoTaskPoolApi::AddTmpTaskFn>("AddTmpTask");
-    const auto pfnAddLoop = pool.Get<KoTaskPoolApi::AddLoopTaskFn>("AddLoopTask");
-    const auto pfnKill = pool.Get<KoTaskPoolApi::KillTaskFn>("KillTask");
-    const auto pfnUnInit = pool.Get<KoTaskPoolApi::UnInitFn>("UnInit");
-    QVERIFY(pfnAdd && pfnAddLoop && pfnKill && pfnUnInit);
+        // RemoveTmpTask drops the owner's pending tasks and waits for its running
+        // one, but not for another owner's.
+        QVERIFY(pool.AddTmpTask(held(blOpenA), &iOwnerA, "A"));
+        QVERIFY(pool.AddTmpTask(held(blOpenLast), &iOwnerB, "B"));
+        QTRY_COMPARE(iInFlight.load(), 2);
+        addPending(&iOwnerA, 5);
+        QCOMPARE(inFlightAfter(blOpenA, [&] { pool.RemoveTmpTask(&iOwnerA, "A"); }), 1);
 
-    const int iOwner = 0;
-    QVERIFY(pfnAdd([] { throw std::runtime_error("disk on fire"); }, &iOwner, "CLS_Probe::Run"));
-    QVERIFY(pfnAdd([] { throw 42; }, &iOwner, "odd-thrower"));
-    // A throwing loop keeps its schedule.
-    QVERIFY(pfnAddLoop([] { throw std::logic_error("again"); }, &iOwner, "loop", 2));
-    const auto logText = [&] {
-        QFile file(logDir.filePath(QStringLiteral("KoTaskPool.log")));
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    };
-    QTRY_VERIFY(logText().count(QStringLiteral("[loop] failed: again")) >= 3);
-    pfnKill(&iOwner);
-    const QString qstrLog = logText();
-    QVERIFY2(qstrLog.contains(QStringLiteral("[error]")) &&
-                 qstrLog.contains(QStringLiteral("[CLS_Probe::Run] failed: disk on fire")) &&
-                 qstrLog.contains(QStringLiteral("[odd-thrower] failed: ")),
-             qPrintable(qstrLog));
+        // RemoveTask waits for the loop's run in progress, and that run is its last.
+        std::atomic<int> iLoopRuns{0};
+        QVERIFY(pool.AddLoopTask(
+            [&, run = held(blOpenLoop)] {
+                ++iLoopRuns;
+                run();
+            },
+            &iOwnerA, "loop", 1));
+        QTRY_COMPARE(iInFlight.load(), 2);
+        QCOMPARE(inFlightAfter(blOpenLoop, [&] { pool.RemoveTask(&iOwnerA, "loop"); }), 1);
+        QCOMPARE(iLoopRuns.load(), 1);
 
-    std::atomic<int> iRuns{0};
-    for (int i = 0; i < 20; ++i)
-        pfnAdd([&] { ++iRuns; }, &iOwner, "after");
-    QTRY_COMPARE(iRuns.load(), 20);
-    pfnUnInit();
-}
+        // UnInit drops what is pending and joins the running tasks; the pool then starts afresh.
+        QVERIFY(pool.AddTmpTask(held(blOpenLast), &iOwnerB, "B2"));
+        QTRY_COMPARE(iInFlight.load(), 2);
+        addPending(&iOwnerB, 10);
+        QCOMPARE(inFlightAfter(blOpenLast, [&] { pool.UnInit(); }), 0);
+        QCOMPARE(iRuns.load(), 0);
+        addPending(&iOwnerA, 1);
+        QTRY_COMPARE(iRuns.load(), 1);
+    }
+
+    void withdrawingFromInsideOwnTasksDoesNotDeadlock()
+    {
+        // Two runs of one owner, each withdrawing the owner while the other runs.
+        CLS_TaskPool pool({}, 3);
+        const int iOwner = 0;
+        std::atomic<int> iDone{0}, iEntered{0};
+        for (int i = 0; i < 2; ++i) {
+            pool.AddTmpTask(
+                [&] {
+                    ++iEntered;
+                    const auto deadline =
+                        std::chrono::steady_clock::now() + std::chrono::seconds(5);
+                    while (iEntered < 2 && std::chrono::steady_clock::now() < deadline)
+                        std::this_thread::yield();
+                    pool.RemoveTmpTask(&iOwner, "pair");
+                    pool.KillTask(&iOwner);
+                    ++iDone;
+                },
+                &iOwner, "pair");
+        }
+        QTRY_COMPARE(iDone.load(), 2);
+        QCOMPARE(iEntered.load(), 2);
+    }
+
+    void loopTasksStopWhenRemoved()
+    {
+        CLS_TaskPool pool({}, 3);
+        const int iOwner = 0, iClockOwner = 0;
+        std::atomic<int> iPoll{0}, iOther{0}, iClock{0};
+        QVERIFY(pool.AddLoopTask([&] { ++iPoll; }, &iOwner, "poll", 5));
+        QVERIFY(pool.AddLoopTask([&] { ++iOther; }, &iOwner, "other", 5));
+        QVERIFY(pool.AddLoopTask([&] { ++iClock; }, &iClockOwner, "clock", 5));
+        QTRY_VERIFY(iPoll >= 3 && iOther >= 3);
+        // RemoveTask stops the named loop only; KillTask stops the owner's others.
+        pool.RemoveTask(&iOwner, "poll");
+        const int iPollAtRemove = iPoll, iOtherAtRemove = iOther;
+        QTRY_VERIFY(iOther >= iOtherAtRemove + 5);
+        QCOMPARE(iPoll.load(), iPollAtRemove);
+        pool.KillTask(&iOwner);
+        const int iOtherAtKill = iOther, iClockAtKill = iClock;
+        QTRY_VERIFY(iClock >= iClockAtKill + 5);
+        QCOMPARE(iOther.load(), iOtherAtKill);
+        // KillTaskAll stops every loop; new ones still run.
+        pool.KillTaskAll();
+        const int iClockAtAll = iClock;
+        QVERIFY(pool.AddLoopTask([&] { ++iPoll; }, &iOwner, "poll", 5));
+        QTRY_VERIFY(iPoll >= iPollAtRemove + 5);
+        QCOMPARE(iClock.load(), iClockAtAll);
+    }
+
+    void exceptionsAreLoggedAndPoolKeepsWorking()
+    {
+        QTemporaryDir logDir;
+        ServiceLibrary log(KoLogApi::kLibraryName), pool(KoTaskPoolApi::kLibraryName);
+        QVERIFY(logDir.isValid() && log.Load() && pool.Load());
+        QVERIFY(log.Get<KoLogApi::InitFn>("Init")(logDir.path().toStdString(), 0));
+        const auto pfnAdd = pool.Get<KoTaskPoolApi::AddTmpTaskFn>("AddTmpTask");
+        const auto pfnAddLoop = pool.Get<KoTaskPoolApi::AddLoopTaskFn>("AddLoopTask");
+        const auto pfnKill = pool.Get<KoTaskPoolApi::KillTaskFn>("KillTask");
+        const auto pfnUnInit = pool.Get<KoTaskPoolApi::UnInitFn>("UnInit");
+        QVERIFY(pfnAdd && pfnAddLoop && pfnKill && pfnUnInit);
+
+        const int iOwner = 0;
+        QVERIFY(
+            pfnAdd([] { throw std::runtime_error("disk on fire"); }, &iOwner, "CLS_Probe::Run"));
+        QVERIFY(pfnAdd([] { throw 42; }, &iOwner, "odd-thrower"));
+        // A throwing loop keeps its schedule.
+        QVERIFY(pfnAddLoop([] { throw std::logic_error("again"); }, &iOwner, "loop", 2));
+        const auto logText = [&] {
+            QFile file(logDir.filePath(QStringLiteral("KoTaskPool.log")));
+            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+        };
+        QTRY_VERIFY(logText().count(QStringLiteral("[loop] failed: again")) >= 3);
+        pfnKill(&iOwner);
+        const QString qstrLog = logText();
+        QVERIFY2(qstrLog.contains(QStringLiteral("[error]")) &&
+                     qstrLog.contains(QStringLiteral("[CLS_Probe::Run] failed: disk on fire")) &&
+                     qstrLog.contains(QStringLiteral("[odd-thrower] failed: ")),
+                 qPrintable(qstrLog));
+
+        std::atomic<int> iRuns{0};
+        for (int i = 0; i < 20; ++i)
+            pfnAdd([&] { ++iRuns; }, &iOwner, "after");
+        QTRY_COMPARE(iRuns.load(), 20);
+        pfnUnInit();
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_KoTaskPool)
 #include "tst_KoTaskPool.moc"
