@@ -21,19 +21,13 @@ QString MakeClip(const QString& _qstrDir, const ST_Clip& _stClip)
     const QString qstrPath = QDir(_qstrDir).filePath(_stClip.m_qstrName);
     if (QFileInfo::exists(qstrPath)) return qstrPath;
     const QString qstrSeconds = QString::number(_stClip.m_dSeconds);
-    const QString qstrLavfi = QStringLiteral("-f lavfi -i ");
-    QStringList qlstArgs{"-v", "error", "-y"};
-    qlstArgs << QString(qstrLavfi + QStringLiteral("testsrc2=size=%1x%2:rate=%3:duration=%4")
-                                        .arg(_stClip.m_iWidth)
-                                        .arg(_stClip.m_iHeight)
-                                        .arg(_stClip.m_iFps)
-                                        .arg(qstrSeconds))
-                    .split(' ');
+    const QString qstrVideo =
+        QString::asprintf("testsrc2=size=%dx%d:rate=%d:duration=%s", _stClip.m_iWidth,
+                          _stClip.m_iHeight, _stClip.m_iFps, qPrintable(qstrSeconds));
+    QStringList qlstArgs{"-v", "error", "-y", "-f", "lavfi", "-i", qstrVideo};
     if (!_stClip.m_qlstAudioArgs.isEmpty())
-        qlstArgs << QString(qstrLavfi +
-                            QStringLiteral("sine=frequency=1000:sample_rate=48000:duration=%1")
-                                .arg(qstrSeconds))
-                        .split(' ');
+        qlstArgs << QStringList{"-f", "lavfi", "-i",
+                                "sine=frequency=1000:sample_rate=48000:duration=" + qstrSeconds};
     // Bit b of the picture number decides the block at x = 32b..32b+31 of the
     // top 32 rows; chroma there is neutral so any pixel format reads alike.
     qlstArgs << "-vf"

@@ -2,18 +2,56 @@
 
 #include <QColor>
 #include <QImage>
+#include <QOpenGLWidget>
 #include <QPoint>
 #include <QString>
 #include <QtTest>
 
 #include <vector>
 
-// Pixel checks shared by the render widget and video output tests.
+#include "QGLRenderApi.h"
+
+// Pixel checks and a shown render widget, shared by the render widget and
+// video output tests.
 namespace RenderTest {
 
 struct Yuv
 {
     int y, u, v;
+};
+
+// Limited-range BT.601 primaries and white, BT.709 red, and how they show.
+constexpr Yuv g_yuvRed601{81, 90, 240}, g_yuvGreen601{145, 54, 34}, g_yuvBlue601{41, 240, 110},
+    g_yuvWhite{235, 128, 128}, g_yuvRed709{63, 102, 240};
+inline const QColor g_red(255, 0, 0), g_green(0, 255, 0), g_blue(0, 0, 255), g_white(Qt::white),
+    g_black(Qt::black);
+
+// A widget made by QGL_Create, shown at a known size, released at the end
+// unless the test did so already.
+class ShownWidget
+{
+public:
+    explicit ShownWidget(const QSize& _size = QSize(320, 240))
+        : m_pHandle(QGL_Create(nullptr)),
+          m_pWidget(qobject_cast<QOpenGLWidget*>(static_cast<QWidget*>(m_pHandle)))
+    {
+        if (!m_pWidget) return;
+        m_pWidget->resize(_size);
+        m_pWidget->show();
+    }
+    ~ShownWidget()
+    {
+        if (QGL_IsRenderWidget(m_pHandle)) QGL_Release(m_pHandle);
+    }
+    Q_DISABLE_COPY(ShownWidget)
+    bool Ready() { return m_pWidget && QTest::qWaitForWindowExposed(m_pWidget); }
+    void* Handle() const { return m_pHandle; }
+    QOpenGLWidget* Widget() const { return m_pWidget; }
+    QImage Grab() const { return m_pWidget->grabFramebuffer(); }
+
+private:
+    void* m_pHandle;
+    QOpenGLWidget* m_pWidget;
 };
 
 struct Expect
@@ -33,13 +71,10 @@ inline QString Mismatch(const QImage& _image, const std::vector<Expect>& _vecExp
         if (qAbs(got.red() - e.color.red()) > _iTolerance ||
             qAbs(got.green() - e.color.green()) > _iTolerance ||
             qAbs(got.blue() - e.color.blue()) > _iTolerance) {
-            return QStringLiteral("pixel (%1,%2) is (%3,%4,%5), expected %6")
+            return QStringLiteral("pixel (%1,%2) is %3, expected %4")
                 .arg(e.pt.x())
                 .arg(e.pt.y())
-                .arg(got.red())
-                .arg(got.green())
-                .arg(got.blue())
-                .arg(e.color.name());
+                .arg(got.name(), e.color.name());
         }
     }
     return QString();

