@@ -4,7 +4,7 @@ QUILL_PACKAGES=(
   cmake ninja-build g++ pkg-config
   qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev libqt5opengl5-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev
-  libsdl2-dev libssl-dev libspdlog-dev nlohmann-json3-dev
+  libsdl2-dev libxcb1-dev libssl-dev libspdlog-dev nlohmann-json3-dev
   ffmpeg xvfb xauth mesa-utils libgl1-mesa-dri
 )
 QUILL_JOBS=$(nproc 2>/dev/null || echo 2)
