@@ -94,6 +94,13 @@ CLS_WgtHistroyList::~CLS_WgtHistroyList()
     delete ui;
 }
 
+QString CLS_WgtHistroyList::CurrentHistroyPath() const
+{
+    // Rows are built in the order of the path list.
+    const int iRow = ui->listWidget->currentRow();
+    return iRow >= 0 && iRow < m_vecHistroyPath.size() ? m_vecHistroyPath.at(iRow) : QString();
+}
+
 void CLS_WgtHistroyList::InitHistroyLog()
 {
     QFile file(HistroyFilePath());

@@ -26,6 +26,8 @@ public:
     // Records that _qstrPath was played and stopped at _iPos seconds, then
     // rewrites the rows and the file.
     void AddHistroy(const QString& _qstrPath, int _iPos);
+    // Path of the selected row, or empty when no row is selected.
+    QString CurrentHistroyPath() const;
 
 signals:
     void SignHideHistrouListWgt();

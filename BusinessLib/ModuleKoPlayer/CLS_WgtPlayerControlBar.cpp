@@ -243,6 +243,17 @@ void CLS_WgtPlayerControlBar::SetSoundSliderEnabled(bool _blEnabled)
     ui->horizontalSlider_sound->setEnabled(_blEnabled);
 }
 
+void CLS_WgtPlayerControlBar::SetPlaybackControlsEnabled(bool _blEnabled)
+{
+    for (QWidget* pControl :
+         {static_cast<QWidget*>(ui->toolButton_stepback), static_cast<QWidget*>(ui->toolButton_slowplay),
+          static_cast<QWidget*>(ui->toolButton_stop), static_cast<QWidget*>(ui->toolButton_fastplay),
+          static_cast<QWidget*>(ui->toolButton_stepup), static_cast<QWidget*>(ui->toolButton_sound),
+          static_cast<QWidget*>(ui->comboBox_speedinfo),
+          static_cast<QWidget*>(ui->slider_Play)})
+        pControl->setEnabled(_blEnabled);
+}
+
 void CLS_WgtPlayerControlBar::SetExceptionInfo(const QString& _qstrInfo)
 {
     ui->label_exceptionInfo->setText(_qstrInfo);

@@ -40,6 +40,10 @@ public:
     void SetPlaySliderEnabled(bool _blEnabled);
     void SetSoundSliderEnabled(bool _blEnabled);
     void SetExceptionInfo(const QString& _qstrInfo);
+    // The controls that act on an open file. Open, history, full screen and
+    // play (which opens the selected history entry) stay usable without one;
+    // the volume slider follows the sound state instead.
+    void SetPlaybackControlsEnabled(bool _blEnabled);
     // False between the start of a playback and its stop.
     bool IsVideoStopped() const { return m_blReady; }
 

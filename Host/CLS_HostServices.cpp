@@ -1,0 +1,95 @@
+#include "CLS_HostServices.h"
+
+#include "KoAppManagerApi.h"
+#include "KoColorManageApi.h"
+#include "KoLogApi.h"
+#include "KoParamApi.h"
+#include "KoServices.h"
+#include "KoTaskPoolApi.h"
+#include "PlatformLibrary.h"
+
+#include <QDir>
+
+namespace {
+
+QString MissingLibrary(const char* _pBaseName)
+{
+    return QStringLiteral("the service library %1 cannot be loaded")
+        .arg(QString::fromStdString(BriskPlatform::LibraryFileName(_pBaseName)));
+}
+
+void SetDefaultParam(const char* _pSection, const char* _pKey, const char* _pValue)
+{
+    // A value the user already has wins; GetParam answers the default only
+    // when none is stored.
+    const std::string strMarker = "\x01unset";
+    if (KoService::GetParam(_pSection, _pKey, strMarker) == strMarker)
+        KoService::SetParam(_pSection, _pKey, _pValue);
+}
+
+}  // namespace
+
+CLS_HostServices::~CLS_HostServices()
+{
+    Stop();
+}
+
+bool CLS_HostServices::Start(const QString& _qstrWorkDir, QString& _qstrError)
+{
+    const QDir dirWork(_qstrWorkDir);
+    const auto pfnLogInit = reinterpret_cast<KoLogApi::InitFn>(GetKoLogFunc("Init"));
+    if (!pfnLogInit) {
+        _qstrError = MissingLibrary(KoLogApi::kLibraryName);
+        return false;
+    }
+    if (!pfnLogInit(dirWork.filePath(QStringLiteral("Log")).toStdString(), KoLogApi::Info)) {
+        _qstrError = QStringLiteral("cannot write logs below %1").arg(dirWork.filePath(QStringLiteral("Log")));
+        return false;
+    }
+    m_blLogStarted = true;
+
+    const auto pfnParamInit = reinterpret_cast<KoParamApi::InitFn>(GetKoParamFunc("Init"));
+    if (!pfnParamInit) {
+        _qstrError = MissingLibrary(KoParamApi::kLibraryName);
+        return false;
+    }
+    dirWork.mkpath(QStringLiteral("Config"));
+    if (!pfnParamInit(dirWork.filePath(QStringLiteral("Config/QuillPlayer.json")).toStdString())) {
+        _qstrError = QStringLiteral("cannot open the settings below %1").arg(dirWork.filePath(QStringLiteral("Config")));
+        return false;
+    }
+    m_blParamStarted = true;
+    SetDefaultParam("SystemConfig", "skin", "dark");
+    SetDefaultParam("SystemConfig", "RenderingType", "0");
+
+    if (!GetKoTaskPoolFunc("AddTmpTask")) {
+        _qstrError = MissingLibrary(KoTaskPoolApi::kLibraryName);
+        return false;
+    }
+    m_blTaskPoolStarted = true;
+    if (!GetKoAppManagerFunc("GetAppSignals")) {
+        _qstrError = MissingLibrary(KoAppManagerApi::kLibraryName);
+        return false;
+    }
+    if (!GetKoColorManageFunc("GetNamedColor")) {
+        _qstrError = MissingLibrary(KoColorManageApi::kLibraryName);
+        return false;
+    }
+    return true;
+}
+
+void CLS_HostServices::Stop()
+{
+    if (m_blTaskPoolStarted) {
+        if (auto pfn = reinterpret_cast<KoTaskPoolApi::UnInitFn>(GetKoTaskPoolFunc("UnInit"))) pfn();
+        m_blTaskPoolStarted = false;
+    }
+    if (m_blParamStarted) {
+        if (auto pfn = reinterpret_cast<KoParamApi::UnInitFn>(GetKoParamFunc("UnInit"))) pfn();
+        m_blParamStarted = false;
+    }
+    if (m_blLogStarted) {
+        if (auto pfn = reinterpret_cast<KoLogApi::UnInitFn>(GetKoLogFunc("UnInit"))) pfn();
+        m_blLogStarted = false;
+    }
+}

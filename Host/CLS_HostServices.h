@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+// The suite's service libraries as the host runs them: started in order
+// before the module is loaded, stopped in reverse after it is gone.
+class CLS_HostServices
+{
+public:
+    CLS_HostServices() = default;
+    ~CLS_HostServices();
+    CLS_HostServices(const CLS_HostServices&) = delete;
+    CLS_HostServices& operator=(const CLS_HostServices&) = delete;
+
+    // Logs under "<workdir>/Log", parameters in "<workdir>/Config/QuillPlayer.json"
+    // with the defaults a first start needs. False with the reason when a
+    // library is missing or refuses to start.
+    bool Start(const QString& _qstrWorkDir, QString& _qstrError);
+    void Stop();
+
+private:
+    bool m_blLogStarted = false;
+    bool m_blParamStarted = false;
+    bool m_blTaskPoolStarted = false;
+};
