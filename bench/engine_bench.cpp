@@ -1,6 +1,6 @@
 // Measures the playback engine on a 1080p30 H.264 clip (AAC, GOP 60,
 // B-frames) and prints one "name: value" per line. Run it under a display
-// (tests/tools/with-xvfb.sh) so the 1X run draws into a real render widget;
+// (scripts/with-xvfb.sh) so the 1X run draws into a real render widget;
 // without one it plays into the null output and says so.
 //
 //   engine_bench [--clip FILE] [--seconds-1x N]

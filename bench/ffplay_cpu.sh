@@ -16,7 +16,7 @@ if [ ! -f "$clip" ]; then
   exit 2
 fi
 if [ -z "${DISPLAY:-}" ]; then
-  exec "$here/../tests/tools/with-xvfb.sh" "$0" "$clip" "$seconds"
+  exec "$here/../scripts/with-xvfb.sh" "$0" "$clip" "$seconds"
 fi
 export SDL_AUDIODRIVER=${SDL_AUDIODRIVER:-dummy}
 usage=$(mktemp)

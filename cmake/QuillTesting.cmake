@@ -5,7 +5,7 @@
 # windows, end to end) run on xcb under a private Xvfb that the launcher starts
 # and stops. Sound always goes to SDL's dummy driver unless a test says so.
 set(QUILL_TEST_DIR "${PROJECT_BINARY_DIR}/tests")
-set(QUILL_XVFB_LAUNCHER "${PROJECT_SOURCE_DIR}/tests/tools/with-xvfb.sh")
+set(QUILL_XVFB_LAUNCHER "${PROJECT_SOURCE_DIR}/scripts/with-xvfb.sh")
 
 function(quill_add_qtest name)
   cmake_parse_arguments(ARG "DISPLAY" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
