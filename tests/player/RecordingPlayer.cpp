@@ -1,0 +1,212 @@
+#include "CLS_Player_Rk.h"
+#include "RecordingPlayer.h"
+
+#include <cstring>
+#include <mutex>
+#include <string>
+#include <thread>
+
+using RK_Framework::VideoPlayer::CLS_Player_Rk;
+using RK_Framework::VideoPlayer::ST_PlayerEventCallback;
+
+#define RECPLAYER_EXPORT extern "C" __attribute__((visibility("default")))
+
+namespace {
+
+struct ST_State
+{
+    std::mutex mutex;
+    RecPlayer::ST_Script script;
+    std::string strCalls;
+    std::string strTaken;
+    unsigned uFastCalls = 0;
+    unsigned uSlowCalls = 0;
+    CLS_Player_Rk* pLivePlayer = nullptr;
+    const ST_PlayerEventCallback* pCallback = nullptr;
+};
+
+ST_State& State()
+{
+    static ST_State s_state;
+    return s_state;
+}
+
+void Record(const std::string& _strCall)
+{
+    std::lock_guard<std::mutex> lock(State().mutex);
+    State().strCalls += _strCall + "\n";
+}
+
+class CLS_RecordingPlayer : public CLS_Player_Rk
+{
+public:
+    CLS_RecordingPlayer()
+    {
+        std::lock_guard<std::mutex> lock(State().mutex);
+        State().pLivePlayer = this;
+    }
+    ~CLS_RecordingPlayer() override
+    {
+        Record("Destroy");
+        std::lock_guard<std::mutex> lock(State().mutex);
+        if (State().pLivePlayer == this) {
+            State().pLivePlayer = nullptr;
+            State().pCallback = nullptr;
+        }
+    }
+    std::int64_t GetPlayHandle() override { return m_i64Handle; }
+    bool OpenFile(const std::string& _strPath) override
+    {
+        Record("OpenFile(" + _strPath + ")");
+        return Script().blOpenOk;
+    }
+    void SetEventCallback(const ST_PlayerEventCallback* _pCallback) override
+    {
+        Record("SetEventCallback");
+        std::lock_guard<std::mutex> lock(State().mutex);
+        State().pCallback = _pCallback;
+    }
+    void Init() override { Record("Init"); }
+    bool Stop() override
+    {
+        Record("Stop");
+        return true;
+    }
+    bool Play(std::int64_t _i64PlayHandle) override
+    {
+        Record("Play");
+        m_i64Handle = _i64PlayHandle;
+        return true;
+    }
+    bool Pause(bool _blPause) override
+    {
+        Record(std::string("Pause(") + (_blPause ? "1" : "0") + ")");
+        return Script().blPauseOk;
+    }
+    int Fast() override
+    {
+        Record("Fast");
+        std::lock_guard<std::mutex> lock(State().mutex);
+        return (State().script.uFastRefusals >> State().uFastCalls++) & 1u;
+    }
+    int Slow() override
+    {
+        Record("Slow");
+        std::lock_guard<std::mutex> lock(State().mutex);
+        return (State().script.uSlowRefusals >> State().uSlowCalls++) & 1u;
+    }
+    bool SetPlayPos(int _iPercent) override
+    {
+        Record("SetPlayPos(" + std::to_string(_iPercent) + ")");
+        return Script().blSetPlayPosOk;
+    }
+    bool SetVolume(std::int64_t _i64Volume) override
+    {
+        Record("SetVolume(" + std::to_string(_i64Volume) + ")");
+        return true;
+    }
+    bool OpenSound() override
+    {
+        Record("OpenSound");
+        return true;
+    }
+    bool CloseSound() override
+    {
+        Record("CloseSound");
+        return true;
+    }
+    int GetTotalTime() override
+    {
+        Record("GetTotalTime");
+        return Script().iTotalTime;
+    }
+    int GetPlayedTime() override
+    {
+        Record("GetPlayedTime");
+        return Script().iPlayedTime;
+    }
+    bool StepForward() override
+    {
+        Record("StepForward");
+        return true;
+    }
+    bool StepBack() override
+    {
+        Record("StepBack");
+        return true;
+    }
+    int SetDecryptKey(const char* _pKey, int _iLength) override
+    {
+        const std::string strKey(_pKey ? _pKey : "");
+        Record("SetDecryptKey(" + strKey + "," + std::to_string(_iLength) + ")");
+        return strKey == Script().szAcceptedKey ? 0 : 1;
+    }
+    int IsBusy() override
+    {
+        Record("IsBusy");
+        return Script().iIsBusy;
+    }
+
+protected:
+    int DoNormalSpeed() override
+    {
+        Record("NormalSpeed");
+        return 0;
+    }
+
+private:
+    static RecPlayer::ST_Script Script()
+    {
+        std::lock_guard<std::mutex> lock(State().mutex);
+        return State().script;
+    }
+
+    std::int64_t m_i64Handle = 0;
+};
+
+}  // namespace
+
+namespace RK_Framework::VideoPlayer {
+CLS_Player_Rk::~CLS_Player_Rk() = default;
+int CLS_Player_Rk::NormalSpeed()
+{
+    return DoNormalSpeed();
+}
+}  // namespace RK_Framework::VideoPlayer
+
+RECPLAYER_EXPORT CLS_Player_Rk* CreateVideoPlayer(const char*)
+{
+    Record("Create");
+    {
+        std::lock_guard<std::mutex> lock(State().mutex);
+        if (!State().script.blCreateOk) return nullptr;
+    }
+    return new CLS_RecordingPlayer();
+}
+
+RECPLAYER_EXPORT void RecPlayer_Reset(const RecPlayer::ST_Script* _pScript)
+{
+    std::lock_guard<std::mutex> lock(State().mutex);
+    State().script = _pScript ? *_pScript : RecPlayer::ST_Script();
+    State().strCalls.clear();
+    State().uFastCalls = 0;
+    State().uSlowCalls = 0;
+}
+
+RECPLAYER_EXPORT const char* RecPlayer_TakeCalls()
+{
+    std::lock_guard<std::mutex> lock(State().mutex);
+    State().strTaken.swap(State().strCalls);
+    State().strCalls.clear();
+    return State().strTaken.c_str();
+}
+
+RECPLAYER_EXPORT void RecPlayer_Raise(int _iType)
+{
+    std::thread([_iType]() {
+        std::lock_guard<std::mutex> lock(State().mutex);
+        const ST_PlayerEventCallback* pCallback = State().pCallback;
+        if (pCallback && pCallback->m_pfnCallback)
+            pCallback->m_pfnCallback(pCallback->m_pUser, State().pLivePlayer, _iType);
+    }).join();
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+// Control functions of the recording test player, resolved by name from the
+// test engine library ("RecPlayer_*"). The library is a stand-in for the
+// playback engine: it answers as scripted and records every call, so the
+// controller's call sequences can be checked exactly.
+namespace RecPlayer {
+
+// Scripted answers; every field keeps its value until the next reset.
+struct ST_Script
+{
+    // False: the factory makes no player, as when the engine cannot start.
+    bool blCreateOk = true;
+    bool blOpenOk = true;
+    int iTotalTime = 60;
+    int iPlayedTime = 0;
+    int iIsBusy = 0;
+    bool blPauseOk = true;
+    // Bit n set: the n-th call (from 0) of Fast, or of Slow, is refused.
+    unsigned uFastRefusals = 0;
+    unsigned uSlowRefusals = 0;
+    bool blSetPlayPosOk = true;
+    // SetDecryptKey answers 0 for this key alone.
+    char szAcceptedKey[32] = "secret";
+};
+
+using ResetFn = void (*)(const ST_Script*);
+// Calls since the last take, one per line: "Fast", "Pause(1)", "SetPlayPos(50)".
+using TakeCallsFn = const char* (*)();
+// Raises an event through the registered callback, from a thread of its own,
+// and waits for that thread.
+using RaiseFn = void (*)(int);
+
+}  // namespace RecPlayer
