@@ -100,11 +100,11 @@ void tst_Translations::everyTextTheCodeUsesIsFinishedInEveryLanguage()
     }
     QProcess lupdate;
     lupdate.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    lupdate.start(QStringLiteral(QUILL_LUPDATE),
-                  QStringList{QStringLiteral("-silent"), QStringLiteral("-locations"),
-                              QStringLiteral("none"), QStringLiteral("@" QUILL_LUPDATE_LIST),
-                              QStringLiteral("-ts")} +
-                      lstCopies);
+    lupdate.start(
+        QStringLiteral(QUILL_LUPDATE),
+        QStringList{QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
+                    QStringLiteral("@" QUILL_LUPDATE_LIST), QStringLiteral("-ts")} +
+            lstCopies);
     QVERIFY(lupdate.waitForFinished(60000));
     QCOMPARE(lupdate.exitStatus(), QProcess::NormalExit);
     QCOMPARE(lupdate.exitCode(), 0);
@@ -116,9 +116,10 @@ void tst_Translations::everyTextTheCodeUsesIsFinishedInEveryLanguage()
             Messages(SourceFolder().filePath(qstrStem + QStringLiteral(".ts")));
         const QHash<QString, QString> hashUpdated = Messages(qstrCopy);
         // A scan that misses the framework's own text sees nothing at all.
-        QVERIFY2(hashUpdated.value(QStringLiteral("CLS_ModuleBasic\nModuleName"), QStringLiteral("?"))
-                     .isEmpty(),
-                 qPrintable(qstrStem));
+        QVERIFY2(
+            hashUpdated.value(QStringLiteral("CLS_ModuleBasic\nModuleName"), QStringLiteral("?"))
+                .isEmpty(),
+            qPrintable(qstrStem));
         const auto fault = [&](const QString& _qstrId, const char* _pszWhat) {
             lstFaults << qstrStem + QStringLiteral(": ") +
                              QString(_qstrId).replace(QLatin1Char('\n'), QStringLiteral(" / ")) +
