@@ -34,7 +34,7 @@
         <translation>سجل التشغيل</translation>
     </message>
     <message>
-        <location line="+224"/>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>تنبيه</translation>
     </message>
@@ -211,13 +211,13 @@
         <translation>نموذج</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+52"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>تصغير</translation>
     </message>
     <message>
         <location line="-3"/>
-        <location line="+31"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>تكبير</translation>
     </message>
@@ -227,7 +227,7 @@
         <translation>استعادة</translation>
     </message>
     <message>
-        <location line="-29"/>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>إغلاق</translation>
     </message>

@@ -34,7 +34,7 @@
         <translation>Wiedergabeverlauf</translation>
     </message>
     <message>
-        <location line="+224"/>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>Hinweis</translation>
     </message>
@@ -211,13 +211,13 @@
         <translation>Formular</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+52"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>Minimieren</translation>
     </message>
     <message>
         <location line="-3"/>
-        <location line="+31"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>Maximieren</translation>
     </message>
@@ -227,7 +227,7 @@
         <translation>Wiederherstellen</translation>
     </message>
     <message>
-        <location line="-29"/>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>Schließen</translation>
     </message>

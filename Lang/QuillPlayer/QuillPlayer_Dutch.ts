@@ -34,7 +34,7 @@
         <translation>Afspeelgeschiedenis</translation>
     </message>
     <message>
-        <location line="+224"/>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>Melding</translation>
     </message>
@@ -211,13 +211,13 @@
         <translation>Formulier</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+52"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>Minimaliseren</translation>
     </message>
     <message>
         <location line="-3"/>
-        <location line="+31"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>Maximaliseren</translation>
     </message>
@@ -227,7 +227,7 @@
         <translation>Herstellen</translation>
     </message>
     <message>
-        <location line="-29"/>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>Sluiten</translation>
     </message>

@@ -34,7 +34,7 @@
         <translation>سابقه پخش</translation>
     </message>
     <message>
-        <location line="+224"/>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>توجه</translation>
     </message>
@@ -211,13 +211,13 @@
         <translation>فرم</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+52"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>کوچک کردن</translation>
     </message>
     <message>
         <location line="-3"/>
-        <location line="+31"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>بزرگ کردن</translation>
     </message>
@@ -227,7 +227,7 @@
         <translation>بازگرداندن</translation>
     </message>
     <message>
-        <location line="-29"/>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>بستن</translation>
     </message>

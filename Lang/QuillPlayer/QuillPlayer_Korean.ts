@@ -34,7 +34,7 @@
         <translation>재생 기록</translation>
     </message>
     <message>
-        <location line="+224"/>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>알림</translation>
     </message>
@@ -211,13 +211,13 @@
         <translation>폼</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+52"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>최소화</translation>
     </message>
     <message>
         <location line="-3"/>
-        <location line="+31"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>최대화</translation>
     </message>
@@ -227,7 +227,7 @@
         <translation>이전 크기로</translation>
     </message>
     <message>
-        <location line="-29"/>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>닫기</translation>
     </message>
