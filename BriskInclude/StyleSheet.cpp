@@ -99,8 +99,10 @@ QString GetModuleStyleSheet(const QString& _qstrModuleName, const QString& _qstr
     if (qstrShared.isEmpty()) {
         const QString qstrFolder =
             QStringLiteral("%1/resource/skin/%2/Common").arg(kSkinRoot, SkinName());
+        // QDir's own order (by name, case ignored): the order in which every
+        // module of the suite cascades the shared sheets.
         const QStringList qlstEntries =
-            QDir(qstrFolder).entryList({QStringLiteral("*.qss")}, QDir::Files, QDir::Name);
+            QDir(qstrFolder).entryList({QStringLiteral("*.qss")}, QDir::Files);
         for (const QString& qstrEntry : qlstEntries)
             qstrShared += ReadAll(qstrFolder + QLatin1Char('/') + qstrEntry);
         if (!qstrShared.isEmpty()) {

@@ -3,10 +3,10 @@
 #include "CLS_ViewBasic.h"
 #include "CLS_WgtPlayer7ToolboxBar.h"
 #include "CLS_WgtPlayerListItem.h"
+#include "FixedSkinFile.h"
 #include "ModuleKoPlayerLog.h"
 #include "ui_CLS_WgtHistroyList.h"
 
-#include <QApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -75,11 +75,7 @@ CLS_WgtHistroyList::CLS_WgtHistroyList(QWidget* _pParent)
 
     InitHistroyLog();
 
-    const bool blLight = qApp && qApp->property("Skin").toInt() == 1;
-    const QString qstrQssPath =
-        QStringLiteral(".") +
-        (blLight ? QStringLiteral("/resource/skin/light/ModuleKoPlayer/qss/ModuleKoPlayer.qss")
-                 : QStringLiteral("/resource/skin/dark/ModuleKoPlayer/qss/ModuleKoPlayer.qss"));
+    const QString qstrQssPath = FixedSkinFilePath(QStringLiteral("ModuleKoPlayer.qss"));
     auto* pTitleLayout = new QVBoxLayout(ui->widget_title);
     pTitleLayout->setContentsMargins(0, 0, 0, 0);
     pTitleLayout->setSpacing(0);
@@ -312,9 +308,7 @@ void CLS_WgtHistroyList::SendShowMessage(CLS_ViewBasic* _pMsgBox, const QString&
 
 void CLS_WgtHistroyList::SetStyleSheetByFile(const QString& _qstrPath)
 {
-    QFile file(_qstrPath);
-    if (file.open(QIODevice::ReadOnly)) {
-        setStyleSheet(QString::fromUtf8(file.readAll()));
+    if (SetStyleSheetFromFile(this, _qstrPath)) {
         // Rows built before the sheet was set take their size from it now.
         for (int i = 0; i < ui->listWidget->count(); ++i) {
             QListWidgetItem* pItem = ui->listWidget->item(i);
@@ -324,7 +318,6 @@ void CLS_WgtHistroyList::SetStyleSheetByFile(const QString& _qstrPath)
             }
         }
         PLAYER_LOG(1) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading finished";
-        file.close();
     } else {
         PLAYER_LOG(3) << "SetStyleSheetByFile Loading Failed,Path = " << _qstrPath;
     }

@@ -1,11 +1,10 @@
 #include "CLS_WgtPlayerTopBar.h"
 
+#include "FixedSkinFile.h"
 #include "ModuleKoPlayerLog.h"
 #include "ui_CLS_WgtPlayerTopBar.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
-#include <QFile>
 #include <QStyle>
 #include <QTimer>
 #include <QVariant>
@@ -51,16 +50,8 @@ void CLS_WgtPlayerTopBar::InitTopBarUI()
     ui->pushButton_closeapp->setToolTip(tr("btn_close_down"));
     ui->pushButton_small->setToolTip(tr("btn_minimize"));
 
-    const bool blLight = qApp && qApp->property("Skin").toInt() == 1;
-    const QString qstrPath =
-        QStringLiteral(".") +
-        (blLight ? QStringLiteral("/resource/skin/light/ModuleKoPlayer/qss/TopBar.qss")
-                 : QStringLiteral("/resource/skin/dark/ModuleKoPlayer/qss/TopBar.qss"));
-    QFile file(qstrPath);
-    if (file.open(QIODevice::ReadOnly)) {
-        setStyleSheet(QString::fromUtf8(file.readAll()));
-        file.close();
-    } else {
+    const QString qstrPath = FixedSkinFilePath(QStringLiteral("TopBar.qss"));
+    if (!SetStyleSheetFromFile(this, qstrPath)) {
         // Worded as the suite's other bars word it; log readers search for it.
         PLAYER_LOG(2) << "CLS_WgtToolboxBar COMMON_PLATFORM_WIN SetStyleSheetByFile Loading "
                          "Failed,Path = "

@@ -11,10 +11,12 @@
 <context>
     <name>CLS_ModuleBasic</name>
     <message>
+        <location filename="../../BriskInclude/CLS_ModuleBasic.cpp" line="+29"/>
         <source>ModuleName</source>
         <translation>المشغل المحلي</translation>
     </message>
     <message>
+        <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>يشغّل ملفات الفيديو المحفوظة على هذا الكمبيوتر.</translation>
     </message>
@@ -22,22 +24,27 @@
 <context>
     <name>CLS_WgtHistroyList</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
         <source>Form</source>
         <translation>نموذج</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
         <source>lab_history_playback</source>
         <translation>سجل التشغيل</translation>
     </message>
     <message>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>تنبيه</translation>
     </message>
     <message>
+        <location line="-20"/>
         <source>msg_videopath_notexist</source>
         <translation>ملف الفيديو لم يعد موجودًا. هل تريد إزالته من سجل التشغيل؟</translation>
     </message>
     <message>
+        <location line="-144"/>
         <source>msg_path_error</source>
         <translation>ملف الفيديو غير موجود.</translation>
     </message>
@@ -45,54 +52,67 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
+        <location filename="../../BusinessLib/WgtMsgBox/CLS_WgtMsgBox.cpp" line="+32"/>
         <source>btn_ok</source>
         <translation>موافق</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_cancel</source>
         <translation>إلغاء</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_yes</source>
         <translation>نعم</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_no</source>
         <translation>لا</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_save</source>
         <translation>حفظ</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_discard</source>
         <translation>عدم الحفظ</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_close</source>
         <translation>إغلاق</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_apply</source>
         <translation>تطبيق</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_retry</source>
         <translation>إعادة المحاولة</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_ignore</source>
         <translation>تجاهل</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_abort</source>
         <translation>إحباط</translation>
     </message>
     <message>
+        <location line="+183"/>
         <source>btn_show_password</source>
         <translation>إظهار كلمة المرور</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>btn_hide_password</source>
         <translation>إخفاء كلمة المرور</translation>
     </message>
@@ -100,6 +120,7 @@
 <context>
     <name>CLS_WgtPlayer7ToolboxBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/Player7WgtToolboxBar/CLS_WgtPlayer7ToolboxBar.ui" line="+31"/>
         <source>Form</source>
         <translation>نموذج</translation>
     </message>
@@ -107,46 +128,57 @@
 <context>
     <name>CLS_WgtPlayerControlBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerControlBar.ui" line="+20"/>
         <source>Form</source>
         <translation>نموذج</translation>
     </message>
     <message>
+        <location line="+132"/>
         <source>btn_open_file</source>
         <translation>فتح ملف</translation>
     </message>
     <message>
+        <location line="+29"/>
         <source>btn_frameback</source>
         <translation>الإطار السابق</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_slow_forward</source>
         <translation>أبطأ</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_play_pause</source>
         <translation>تشغيل/إيقاف مؤقت</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_stop</source>
         <translation>إيقاف</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_fast_forward</source>
         <translation>أسرع</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_frame_progression</source>
         <translation>الإطار التالي</translation>
     </message>
     <message>
+        <location line="+32"/>
         <source>btn_full_screen</source>
         <translation>ملء الشاشة</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_sound_on_off</source>
         <translation>تشغيل/كتم الصوت</translation>
     </message>
     <message>
+        <location line="+64"/>
         <source>btn_history_table</source>
         <translation>سجل التشغيل</translation>
     </message>
@@ -154,10 +186,12 @@
 <context>
     <name>CLS_WgtPlayerListItem</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.ui" line="+20"/>
         <source>Form</source>
         <translation>نموذج</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.cpp" line="+15"/>
         <source>btn_continuation</source>
         <translation>متابعة التشغيل</translation>
     </message>
@@ -172,22 +206,28 @@
 <context>
     <name>CLS_WgtPlayerTopBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.ui" line="+14"/>
         <source>Form</source>
         <translation>نموذج</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>تصغير</translation>
     </message>
     <message>
+        <location line="-3"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>تكبير</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>lab_recover</source>
         <translation>استعادة</translation>
     </message>
     <message>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>إغلاق</translation>
     </message>

@@ -11,10 +11,12 @@
 <context>
     <name>CLS_ModuleBasic</name>
     <message>
+        <location filename="../../BriskInclude/CLS_ModuleBasic.cpp" line="+29"/>
         <source>ModuleName</source>
         <translation>Místní přehrávač</translation>
     </message>
     <message>
+        <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>Přehrává videosoubory uložené v tomto počítači.</translation>
     </message>
@@ -22,22 +24,27 @@
 <context>
     <name>CLS_WgtHistroyList</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
         <source>Form</source>
         <translation>Formulář</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
         <source>lab_history_playback</source>
         <translation>Historie přehrávání</translation>
     </message>
     <message>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>Upozornění</translation>
     </message>
     <message>
+        <location line="-20"/>
         <source>msg_videopath_notexist</source>
         <translation>Videosoubor již neexistuje. Odebrat jej z historie přehrávání?</translation>
     </message>
     <message>
+        <location line="-144"/>
         <source>msg_path_error</source>
         <translation>Videosoubor neexistuje.</translation>
     </message>
@@ -45,54 +52,67 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
+        <location filename="../../BusinessLib/WgtMsgBox/CLS_WgtMsgBox.cpp" line="+32"/>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_cancel</source>
         <translation>Zrušit</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_yes</source>
         <translation>Ano</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_no</source>
         <translation>Ne</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_save</source>
         <translation>Uložit</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_discard</source>
         <translation>Neukládat</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_close</source>
         <translation>Zavřít</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_apply</source>
         <translation>Použít</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_retry</source>
         <translation>Opakovat</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_ignore</source>
         <translation>Ignorovat</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_abort</source>
         <translation>Přerušit</translation>
     </message>
     <message>
+        <location line="+183"/>
         <source>btn_show_password</source>
         <translation>Zobrazit heslo</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>btn_hide_password</source>
         <translation>Skrýt heslo</translation>
     </message>
@@ -100,6 +120,7 @@
 <context>
     <name>CLS_WgtPlayer7ToolboxBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/Player7WgtToolboxBar/CLS_WgtPlayer7ToolboxBar.ui" line="+31"/>
         <source>Form</source>
         <translation>Formulář</translation>
     </message>
@@ -107,46 +128,57 @@
 <context>
     <name>CLS_WgtPlayerControlBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerControlBar.ui" line="+20"/>
         <source>Form</source>
         <translation>Formulář</translation>
     </message>
     <message>
+        <location line="+132"/>
         <source>btn_open_file</source>
         <translation>Otevřít soubor</translation>
     </message>
     <message>
+        <location line="+29"/>
         <source>btn_frameback</source>
         <translation>Předchozí snímek</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_slow_forward</source>
         <translation>Pomaleji</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_play_pause</source>
         <translation>Přehrát/pozastavit</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_stop</source>
         <translation>Zastavit</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_fast_forward</source>
         <translation>Rychleji</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_frame_progression</source>
         <translation>Další snímek</translation>
     </message>
     <message>
+        <location line="+32"/>
         <source>btn_full_screen</source>
         <translation>Celá obrazovka</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_sound_on_off</source>
         <translation>Zapnout/vypnout zvuk</translation>
     </message>
     <message>
+        <location line="+64"/>
         <source>btn_history_table</source>
         <translation>Historie přehrávání</translation>
     </message>
@@ -154,10 +186,12 @@
 <context>
     <name>CLS_WgtPlayerListItem</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.ui" line="+20"/>
         <source>Form</source>
         <translation>Formulář</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.cpp" line="+15"/>
         <source>btn_continuation</source>
         <translation>Pokračovat v přehrávání</translation>
     </message>
@@ -172,22 +206,28 @@
 <context>
     <name>CLS_WgtPlayerTopBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.ui" line="+14"/>
         <source>Form</source>
         <translation>Formulář</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>Minimalizovat</translation>
     </message>
     <message>
+        <location line="-3"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>Maximalizovat</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>lab_recover</source>
         <translation>Obnovit</translation>
     </message>
     <message>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>Zavřít</translation>
     </message>

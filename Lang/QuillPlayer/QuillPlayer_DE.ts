@@ -11,10 +11,12 @@
 <context>
     <name>CLS_ModuleBasic</name>
     <message>
+        <location filename="../../BriskInclude/CLS_ModuleBasic.cpp" line="+29"/>
         <source>ModuleName</source>
         <translation>Lokale Wiedergabe</translation>
     </message>
     <message>
+        <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>Spielt auf diesem Computer gespeicherte Videodateien ab.</translation>
     </message>
@@ -22,22 +24,27 @@
 <context>
     <name>CLS_WgtHistroyList</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
         <source>Form</source>
         <translation>Formular</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
         <source>lab_history_playback</source>
         <translation>Wiedergabeverlauf</translation>
     </message>
     <message>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>Hinweis</translation>
     </message>
     <message>
+        <location line="-20"/>
         <source>msg_videopath_notexist</source>
         <translation>Die Videodatei existiert nicht mehr. Aus dem Wiedergabeverlauf entfernen?</translation>
     </message>
     <message>
+        <location line="-144"/>
         <source>msg_path_error</source>
         <translation>Die Videodatei existiert nicht.</translation>
     </message>
@@ -45,54 +52,67 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
+        <location filename="../../BusinessLib/WgtMsgBox/CLS_WgtMsgBox.cpp" line="+32"/>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_cancel</source>
         <translation>Abbrechen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_yes</source>
         <translation>Ja</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_no</source>
         <translation>Nein</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_save</source>
         <translation>Speichern</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_discard</source>
         <translation>Verwerfen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_close</source>
         <translation>Schließen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_apply</source>
         <translation>Übernehmen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_retry</source>
         <translation>Wiederholen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_ignore</source>
         <translation>Ignorieren</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_abort</source>
         <translation>Vorgang abbrechen</translation>
     </message>
     <message>
+        <location line="+183"/>
         <source>btn_show_password</source>
         <translation>Passwort anzeigen</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>btn_hide_password</source>
         <translation>Passwort verbergen</translation>
     </message>
@@ -100,6 +120,7 @@
 <context>
     <name>CLS_WgtPlayer7ToolboxBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/Player7WgtToolboxBar/CLS_WgtPlayer7ToolboxBar.ui" line="+31"/>
         <source>Form</source>
         <translation>Formular</translation>
     </message>
@@ -107,46 +128,57 @@
 <context>
     <name>CLS_WgtPlayerControlBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerControlBar.ui" line="+20"/>
         <source>Form</source>
         <translation>Formular</translation>
     </message>
     <message>
+        <location line="+132"/>
         <source>btn_open_file</source>
         <translation>Datei öffnen</translation>
     </message>
     <message>
+        <location line="+29"/>
         <source>btn_frameback</source>
         <translation>Vorheriges Bild</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_slow_forward</source>
         <translation>Langsamer</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_play_pause</source>
         <translation>Wiedergabe/Pause</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_stop</source>
         <translation>Stopp</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_fast_forward</source>
         <translation>Schneller</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_frame_progression</source>
         <translation>Nächstes Bild</translation>
     </message>
     <message>
+        <location line="+32"/>
         <source>btn_full_screen</source>
         <translation>Vollbild</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_sound_on_off</source>
         <translation>Ton ein/aus</translation>
     </message>
     <message>
+        <location line="+64"/>
         <source>btn_history_table</source>
         <translation>Wiedergabeverlauf</translation>
     </message>
@@ -154,10 +186,12 @@
 <context>
     <name>CLS_WgtPlayerListItem</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.ui" line="+20"/>
         <source>Form</source>
         <translation>Formular</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.cpp" line="+15"/>
         <source>btn_continuation</source>
         <translation>Wiedergabe fortsetzen</translation>
     </message>
@@ -172,22 +206,28 @@
 <context>
     <name>CLS_WgtPlayerTopBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.ui" line="+14"/>
         <source>Form</source>
         <translation>Formular</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>Minimieren</translation>
     </message>
     <message>
+        <location line="-3"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>Maximieren</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>lab_recover</source>
         <translation>Wiederherstellen</translation>
     </message>
     <message>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>Schließen</translation>
     </message>

@@ -11,10 +11,12 @@
 <context>
     <name>CLS_ModuleBasic</name>
     <message>
+        <location filename="../../BriskInclude/CLS_ModuleBasic.cpp" line="+29"/>
         <source>ModuleName</source>
         <translation>پخش‌کننده محلی</translation>
     </message>
     <message>
+        <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>فایل‌های ویدیویی ذخیره‌شده در این رایانه را پخش می‌کند.</translation>
     </message>
@@ -22,22 +24,27 @@
 <context>
     <name>CLS_WgtHistroyList</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
         <source>Form</source>
         <translation>فرم</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
         <source>lab_history_playback</source>
         <translation>سابقه پخش</translation>
     </message>
     <message>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>توجه</translation>
     </message>
     <message>
+        <location line="-20"/>
         <source>msg_videopath_notexist</source>
         <translation>این فایل ویدیویی دیگر وجود ندارد. از سابقه پخش حذف شود؟</translation>
     </message>
     <message>
+        <location line="-144"/>
         <source>msg_path_error</source>
         <translation>فایل ویدیویی وجود ندارد.</translation>
     </message>
@@ -45,54 +52,67 @@
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
+        <location filename="../../BusinessLib/WgtMsgBox/CLS_WgtMsgBox.cpp" line="+32"/>
         <source>btn_ok</source>
         <translation>تأیید</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_cancel</source>
         <translation>لغو</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_yes</source>
         <translation>بله</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_no</source>
         <translation>خیر</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_save</source>
         <translation>ذخیره</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_discard</source>
         <translation>ذخیره نشود</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_close</source>
         <translation>بستن</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_apply</source>
         <translation>اعمال</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_retry</source>
         <translation>تلاش دوباره</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_ignore</source>
         <translation>نادیده گرفتن</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_abort</source>
         <translation>قطع عملیات</translation>
     </message>
     <message>
+        <location line="+183"/>
         <source>btn_show_password</source>
         <translation>نمایش رمز عبور</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>btn_hide_password</source>
         <translation>پنهان کردن رمز عبور</translation>
     </message>
@@ -100,6 +120,7 @@
 <context>
     <name>CLS_WgtPlayer7ToolboxBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/Player7WgtToolboxBar/CLS_WgtPlayer7ToolboxBar.ui" line="+31"/>
         <source>Form</source>
         <translation>فرم</translation>
     </message>
@@ -107,46 +128,57 @@
 <context>
     <name>CLS_WgtPlayerControlBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerControlBar.ui" line="+20"/>
         <source>Form</source>
         <translation>فرم</translation>
     </message>
     <message>
+        <location line="+132"/>
         <source>btn_open_file</source>
         <translation>باز کردن فایل</translation>
     </message>
     <message>
+        <location line="+29"/>
         <source>btn_frameback</source>
         <translation>فریم قبلی</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_slow_forward</source>
         <translation>آهسته‌تر</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_play_pause</source>
         <translation>پخش/مکث</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_stop</source>
         <translation>توقف</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_fast_forward</source>
         <translation>سریع‌تر</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_frame_progression</source>
         <translation>فریم بعدی</translation>
     </message>
     <message>
+        <location line="+32"/>
         <source>btn_full_screen</source>
         <translation>تمام‌صفحه</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_sound_on_off</source>
         <translation>روشن/خاموش کردن صدا</translation>
     </message>
     <message>
+        <location line="+64"/>
         <source>btn_history_table</source>
         <translation>سابقه پخش</translation>
     </message>
@@ -154,10 +186,12 @@
 <context>
     <name>CLS_WgtPlayerListItem</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.ui" line="+20"/>
         <source>Form</source>
         <translation>فرم</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.cpp" line="+15"/>
         <source>btn_continuation</source>
         <translation>ادامه پخش</translation>
     </message>
@@ -172,22 +206,28 @@
 <context>
     <name>CLS_WgtPlayerTopBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.ui" line="+14"/>
         <source>Form</source>
         <translation>فرم</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>کوچک کردن</translation>
     </message>
     <message>
+        <location line="-3"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>بزرگ کردن</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>lab_recover</source>
         <translation>بازگرداندن</translation>
     </message>
     <message>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>بستن</translation>
     </message>

@@ -11,10 +11,12 @@
 <context>
     <name>CLS_ModuleBasic</name>
     <message>
+        <location filename="../../BriskInclude/CLS_ModuleBasic.cpp" line="+29"/>
         <source>ModuleName</source>
         <translation>Lecteur local</translation>
     </message>
     <message>
+        <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>Lit les fichiers vidéo enregistrés sur cet ordinateur.</translation>
     </message>
@@ -22,77 +24,95 @@
 <context>
     <name>CLS_WgtHistroyList</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
         <source>Form</source>
         <translation>Formulaire</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
         <source>lab_history_playback</source>
         <translation>Historique de lecture</translation>
     </message>
     <message>
+        <location line="+220"/>
         <source>lab_notice</source>
         <translation>Information</translation>
     </message>
     <message>
+        <location line="-20"/>
         <source>msg_videopath_notexist</source>
-        <translation>Ce fichier vidéo n'existe plus. Le retirer de l'historique ?</translation>
+        <translation>Ce fichier vidéo n&apos;existe plus. Le retirer de l&apos;historique&#xa0;?</translation>
     </message>
     <message>
+        <location line="-144"/>
         <source>msg_path_error</source>
-        <translation>Le fichier vidéo n'existe pas.</translation>
+        <translation>Le fichier vidéo n&apos;existe pas.</translation>
     </message>
 </context>
 <context>
     <name>CLS_WgtMsgBox</name>
     <message>
+        <location filename="../../BusinessLib/WgtMsgBox/CLS_WgtMsgBox.cpp" line="+32"/>
         <source>btn_ok</source>
         <translation>OK</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_cancel</source>
         <translation>Annuler</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_yes</source>
         <translation>Oui</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_no</source>
         <translation>Non</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_save</source>
         <translation>Enregistrer</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_discard</source>
         <translation>Ne pas enregistrer</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_close</source>
         <translation>Fermer</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_apply</source>
         <translation>Appliquer</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_retry</source>
         <translation>Réessayer</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_ignore</source>
         <translation>Ignorer</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>btn_abort</source>
         <translation>Abandonner</translation>
     </message>
     <message>
+        <location line="+183"/>
         <source>btn_show_password</source>
         <translation>Afficher le mot de passe</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>btn_hide_password</source>
         <translation>Masquer le mot de passe</translation>
     </message>
@@ -100,6 +120,7 @@
 <context>
     <name>CLS_WgtPlayer7ToolboxBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/Player7WgtToolboxBar/CLS_WgtPlayer7ToolboxBar.ui" line="+31"/>
         <source>Form</source>
         <translation>Formulaire</translation>
     </message>
@@ -107,46 +128,57 @@
 <context>
     <name>CLS_WgtPlayerControlBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerControlBar.ui" line="+20"/>
         <source>Form</source>
         <translation>Formulaire</translation>
     </message>
     <message>
+        <location line="+132"/>
         <source>btn_open_file</source>
         <translation>Ouvrir un fichier</translation>
     </message>
     <message>
+        <location line="+29"/>
         <source>btn_frameback</source>
         <translation>Image précédente</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_slow_forward</source>
         <translation>Ralentir</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_play_pause</source>
         <translation>Lecture/Pause</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_stop</source>
         <translation>Arrêter</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_fast_forward</source>
         <translation>Accélérer</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>btn_frame_progression</source>
         <translation>Image suivante</translation>
     </message>
     <message>
+        <location line="+32"/>
         <source>btn_full_screen</source>
         <translation>Plein écran</translation>
     </message>
     <message>
+        <location line="+13"/>
         <source>lab_sound_on_off</source>
         <translation>Activer/couper le son</translation>
     </message>
     <message>
+        <location line="+64"/>
         <source>btn_history_table</source>
         <translation>Historique de lecture</translation>
     </message>
@@ -154,10 +186,12 @@
 <context>
     <name>CLS_WgtPlayerListItem</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.ui" line="+20"/>
         <source>Form</source>
         <translation>Formulaire</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerListItem.cpp" line="+15"/>
         <source>btn_continuation</source>
         <translation>Reprendre la lecture</translation>
     </message>
@@ -172,22 +206,28 @@
 <context>
     <name>CLS_WgtPlayerTopBar</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.ui" line="+14"/>
         <source>Form</source>
         <translation>Formulaire</translation>
     </message>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerTopBar.cpp" line="+51"/>
         <source>btn_minimize</source>
         <translation>Réduire</translation>
     </message>
     <message>
+        <location line="-3"/>
+        <location line="+23"/>
         <source>btn_maximize</source>
         <translation>Agrandir</translation>
     </message>
     <message>
+        <location line="+0"/>
         <source>lab_recover</source>
         <translation>Restaurer</translation>
     </message>
     <message>
+        <location line="-21"/>
         <source>btn_close_down</source>
         <translation>Fermer</translation>
     </message>
@@ -224,7 +264,7 @@
     </message>
     <message>
         <source>msg_function_notallow</source>
-        <translation>Cette fonction n'est pas disponible pour cette vidéo.</translation>
+        <translation>Cette fonction n&apos;est pas disponible pour cette vidéo.</translation>
     </message>
     <message>
         <source>msg_videodecrpt_notice</source>
@@ -240,7 +280,7 @@
     </message>
     <message>
         <source>msg_videodecript_failed</source>
-        <translation>Mot de passe incorrect. Réessayer ?</translation>
+        <translation>Mot de passe incorrect. Réessayer&#xa0;?</translation>
     </message>
 </context>
 </TS>

@@ -6,7 +6,7 @@ colour, so every skin gets the same set of files in
 resource/skin/<skin>/ModuleKoPlayer/image/ (and WgtMsgBox/image/ for the
 message box). The generated files are committed: the build only copies them.
 
-    python3 resource/tools/make_icons.py
+    python3 resource/tools/make_icons.py [SKIN_ROOT]
 
 Variants per glyph:
   <name>.svg           the resting look
@@ -17,31 +17,7 @@ Variants per glyph:
 import os
 import sys
 
-HERE = os.path.dirname(os.path.abspath(__file__))
-SKIN_ROOT = os.path.join(HERE, "..", "skin")
-
-# Colours of the glyphs per skin and look. "onaccent" glyphs sit on the
-# accent-filled play button, so they stay white in both skins.
-COLOURS = {
-    "dark": {
-        "normal": "#c9ccd1",
-        "hover": "#ffffff",
-        "disabled": "#5c6068",
-        "accent": "#3d8bfd",
-        "onaccent": "#ffffff",
-        "onaccent_disabled": "#6b7079",
-        "onclose": "#ffffff",
-    },
-    "light": {
-        "normal": "#4a5059",
-        "hover": "#1f2329",
-        "disabled": "#b4b9c1",
-        "accent": "#1a73e8",
-        "onaccent": "#ffffff",
-        "onaccent_disabled": "#a8adb5",
-        "onclose": "#ffffff",
-    },
-}
+import skin_colours
 
 STROKE = 'fill="none" stroke="{c}" stroke-width="1.6" stroke-linecap="round" stroke-linejoin="round"'
 THIN = 'fill="none" stroke="{c}" stroke-width="1.3" stroke-linecap="round" stroke-linejoin="round"'
@@ -154,34 +130,35 @@ GLYPHS = {
     ],
 }
 
-# Which looks each glyph needs, and which colour each look uses. Only looks
-# that a style sheet refers to are written.
+# Which looks each glyph needs, and which colour of the skin's table each look
+# uses. Only looks that a style sheet refers to are written. "onaccent" glyphs
+# sit on the accent-filled play button, "onclose" on the red close button.
 PLAYER_SET = {
-    "open": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "stepback": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "slow": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "play": {"": "onaccent", "_disabled": "onaccent_disabled"},
-    "pause": {"": "onaccent", "_disabled": "onaccent_disabled"},
-    "stop": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "fast": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "stepforward": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "fullscreen": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "soundon": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "soundoff": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "history": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "minimize": {"": "normal", "_hover": "hover"},
-    "maximize": {"": "normal", "_hover": "hover"},
-    "restore": {"": "normal", "_hover": "hover"},
-    "close": {"": "normal", "_hover": "onclose"},
-    "continue": {"": "normal", "_hover": "accent", "_disabled": "disabled"},
-    "arrow": {"": "normal", "_hover": "hover"},
-    "comboarrow": {"": "normal", "_hover": "hover", "_disabled": "disabled"},
-    "chevrondown": {"": "normal"},
+    "open": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "stepback": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "slow": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "play": {"": "onaccent", "_disabled": "onaccentoff"},
+    "pause": {"": "onaccent", "_disabled": "onaccentoff"},
+    "stop": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "fast": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "stepforward": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "fullscreen": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "soundon": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "soundoff": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "history": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "minimize": {"": "icon", "_hover": "iconhover"},
+    "maximize": {"": "icon", "_hover": "iconhover"},
+    "restore": {"": "icon", "_hover": "iconhover"},
+    "close": {"": "icon", "_hover": "onclose"},
+    "continue": {"": "icon", "_hover": "accent", "_disabled": "iconoff"},
+    "arrow": {"": "icon", "_hover": "iconhover"},
+    "comboarrow": {"": "icon", "_hover": "iconhover", "_disabled": "iconoff"},
+    "chevrondown": {"": "icon"},
 }
 
 MSGBOX_SET = {
-    "eye": {"": "normal", "_hover": "hover"},
-    "eyeoff": {"": "normal", "_hover": "hover"},
+    "eye": {"": "icon", "_hover": "iconhover"},
+    "eyeoff": {"": "icon", "_hover": "iconhover"},
 }
 
 
@@ -193,8 +170,7 @@ def svg(name, colour):
     return "\n".join(parts) + "\n"
 
 
-def write_set(skin, folder, iconset):
-    out_dir = os.path.join(SKIN_ROOT, skin, folder, "image")
+def write_set(out_dir, colours, iconset):
     os.makedirs(out_dir, exist_ok=True)
     for stale in os.listdir(out_dir):
         if stale.endswith(".svg"):
@@ -203,13 +179,14 @@ def write_set(skin, folder, iconset):
         for suffix, look in looks.items():
             path = os.path.join(out_dir, name + suffix + ".svg")
             with open(path, "w", encoding="utf-8") as handle:
-                handle.write(svg(name, COLOURS[skin][look]))
+                handle.write(svg(name, colours[look]))
 
 
 def main():
-    for skin in COLOURS:
-        write_set(skin, "ModuleKoPlayer", PLAYER_SET)
-        write_set(skin, "WgtMsgBox", MSGBOX_SET)
+    root = skin_colours.skin_root()
+    for skin, colours in skin_colours.tables().items():
+        write_set(os.path.join(root, skin, "ModuleKoPlayer", "image"), colours, PLAYER_SET)
+        write_set(os.path.join(root, skin, "WgtMsgBox", "image"), colours, MSGBOX_SET)
     return 0
 
 

@@ -1,87 +1,54 @@
 #!/usr/bin/env python3
-"""Writes the style sheets of every skin from the templates beside this file.
+"""Writes the style sheets and the colour service's palette.json of every
+skin, from the templates beside this file and the skin's colour table
+(see skin_colours.py).
 
-The dark and light skins share one set of rules and differ in colour only,
-so each rule is written once, in templates/<path>.qss, with @name@ tokens
-that are filled per skin. Sheets that the suite looks up with a scale suffix
+The skins share one set of rules and differ in colour only, so each rule is
+written once, in templates/<path>.qss, with @name@ tokens that are filled
+from the colour table of each skin. Sheets that the suite looks up with a scale suffix
 (the view sheets) also get a "_3K" variant for QT_SCALE_FACTOR 1.5 whose
 metrics are even, so that at 1.5x every border, radius and padding lands on
 whole device pixels. At 2x every metric is whole already and the plain
 sheet is used.
 
-    python3 resource/tools/make_sheets.py
+    python3 resource/tools/make_sheets.py [SKIN_ROOT]
 """
 
+import json
 import os
 import re
 import sys
 
+import skin_colours
+
 HERE = os.path.dirname(os.path.abspath(__file__))
 TEMPLATES = os.path.join(HERE, "templates")
-SKIN_ROOT = os.path.join(HERE, "..", "skin")
 
-COLOURS = {
-    "dark": {
-        "bar": "#1e1f22",
-        "panel": "#26282c",
-        "field": "#16171a",
-        "button": "#2b2d31",
-        "video": "#000000",
-        "hover": "#2f3237",
-        "pressed": "#383c42",
-        "selected": "#1f3a5f",
-        "border": "#3a3d42",
-        "borderhover": "#50545b",
-        "line": "#2f3237",
-        "text": "#e6e6e6",
-        "text2": "#a0a4ab",
-        "textoff": "#5c6068",
-        "accent": "#3d8bfd",
-        "accenthover": "#5c9dfd",
-        "accentpressed": "#2f74dc",
-        "accentoff": "#2c2e33",
-        "error": "#f0616d",
-        "groove": "#3a3d42",
-        "grooveoff": "#2c2e32",
-        "handle": "#e6e6e6",
-        "handleborder": "#e6e6e6",
-        "volume": "#a0a4ab",
-        "tip": "#2b2d31",
-        "scroll": "#45484e",
-        "scrollhover": "#5a5e65",
-        "close": "#e5484d",
-        "closepressed": "#c93a3f",
+# The colour service's named colours (palette.json of each skin): section ->
+# name -> the colour of the table it takes.
+PALETTE = {
+    "Common": {
+        "<BgColor_Common>": "bar",
+        "<BgColor_Panel>": "panel",
+        "<BgColor_Hover>": "hover",
+        "<BgColor_Pressed>": "pressed",
+        "<BgColor_Selected>": "selected",
+        "<BorderColor_Common>": "border",
+        "<FontColor_Common>": "text",
+        "<FontColor_Secondary>": "text2",
+        "<FontColor_Disabled>": "textoff",
+        "<AccentColor_Common>": "accent",
+        "<AccentColor_Hover>": "accenthover",
+        "<ErrorColor_Common>": "error",
     },
-    "light": {
-        "bar": "#f5f6f8",
-        "panel": "#ffffff",
-        "field": "#ffffff",
-        "button": "#ffffff",
-        "video": "#000000",
-        "hover": "#e8eaee",
-        "pressed": "#dcdfe4",
-        "selected": "#dbe8fd",
-        "border": "#d5d8de",
-        "borderhover": "#b4b9c1",
-        "line": "#eceef1",
-        "text": "#1f2329",
-        "text2": "#5f6670",
-        "textoff": "#a8adb5",
-        "accent": "#1a73e8",
-        "accenthover": "#3b87ec",
-        "accentpressed": "#1765cc",
-        "accentoff": "#e3e5e9",
-        "error": "#d93025",
-        "groove": "#d5d8de",
-        "grooveoff": "#e3e5e9",
-        "handle": "#ffffff",
-        "handleborder": "#b4b9c1",
-        "volume": "#5f6670",
-        "tip": "#ffffff",
-        "scroll": "#c4c8cf",
-        "scrollhover": "#a8adb5",
-        "close": "#e5484d",
-        "closepressed": "#c93a3f",
+    "ModuleKoPlayer": {
+        "<BgColor_Video>": "video",
+        "<ProgressColor_Played>": "accent",
+        "<ProgressColor_Groove>": "groove",
+        "<ProgressColor_Handle>": "handle",
+    },
+    "ModulePassengerFlowStatistic": {
+        "<FontColor_Pass>": "accent",
     },
 }
 
@@ -134,7 +101,8 @@ def templates():
 
 
 def main():
-    for skin, colours in COLOURS.items():
+    root = skin_colours.skin_root()
+    for skin, colours in skin_colours.tables().items():
         for rel, path in templates():
             with open(path, encoding="utf-8") as handle:
                 text = handle.read()
@@ -145,12 +113,16 @@ def main():
                 values["img"] = "./resource/skin/%s/ModuleKoPlayer/image" % skin
                 values["msgimg"] = "./resource/skin/%s/WgtMsgBox/image" % skin
                 out_rel = rel[:-len(".qss")] + suffix + ".qss"
-                out = os.path.join(SKIN_ROOT, skin, out_rel)
+                out = os.path.join(root, skin, out_rel)
                 os.makedirs(os.path.dirname(out), exist_ok=True)
                 header = ("/* %s skin. Written by resource/tools/make_sheets.py from "
                           "resource/tools/templates/%s; edit the template. */\n" % (skin, rel))
                 with open(out, "w", encoding="utf-8") as handle:
                     handle.write(header + fill(text, values, rel))
+        palette = {section: {name: colours[colour] for name, colour in names.items()}
+                   for section, names in PALETTE.items()}
+        with open(os.path.join(root, skin, "palette.json"), "w", encoding="utf-8") as handle:
+            handle.write(json.dumps(palette, indent=4) + "\n")
     return 0
 
 

@@ -39,6 +39,7 @@ void TestStyleSheet::initTestCase()
         const QString qstrRoot = QStringLiteral("resource/skin/%1/").arg(qstrSkin);
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/b.qss"), "B{}"));
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/a.qss"), "A{}"));
+        QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/C.qss"), "C{}"));
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/readme.txt"), "not a style"));
         const QString qstrQss = qstrRoot + QStringLiteral("ModulePlayer/qss/");
         QVERIFY(dir.WriteFile(qstrQss + QStringLiteral("View.qss"), qstrSkin.toUtf8() + " plain"));
@@ -105,9 +106,10 @@ void TestStyleSheet::picksTheVariantForTheScale()
                                    ? QStringLiteral(".qss")
                                    : QStringLiteral("_%1.qss").arg(Expected().toUpper());
     QCOMPARE(qstrPath, QStringLiteral("./resource/skin/light/ModulePlayer/qss/View") + qstrSuffix);
-    // Shared files in name order, text files left out, then the view's own.
+    // Shared files in name order, case ignored, text files left out, then the
+    // view's own.
     QCOMPARE(GetModuleStyleSheet(QStringLiteral("Player"), QStringLiteral("View")),
-             QStringLiteral("A{}B{}light ") + Expected());
+             QStringLiteral("A{}B{}C{}light ") + Expected());
 }
 
 void TestStyleSheet::textsAreReadOncePerProcess()

@@ -1,55 +1,41 @@
-// The language files against the code: every compiled file the dialog loads
-// is built and answers, and every key a class or a form passes through the
-// translator is finished, in its class's context, in every language.
+// The language files against the code: every language file is compiled to
+// the place the dialog loads it from, and lupdate, run over the code and forms
+// into a copy of each file, finds every text the code asks for finished.
 
-#include <algorithm>
-
-#include <QDirIterator>
-#include <QRegularExpression>
+#include <QDir>
+#include <QHash>
+#include <QProcess>
+#include <QTemporaryDir>
 #include <QTranslator>
 #include <QXmlStreamReader>
 #include <QtTest>
 
 #include "QuillTestSupport.h"
 
-// Declared ahead of the raw-string patterns below, which moc cannot read.
-class tst_Translations : public QObject
-{
-    Q_OBJECT
-
-private slots:
-    void compiledFileLoadsAndTranslates_data();
-    void compiledFileLoadsAndTranslates();
-    void everyKeyTheCodeUsesIsTranslatedInEveryLanguage();
-};
-
 namespace {
 
-// The dialog's language table, in its order.
-const char* const kLanguages[] = {
-    "QuillPlayer_CN",      "QuillPlayer_EN",        "QuillPlayer_Russian", "QuillPlayer_Korean",
-    "QuillPlayer_Thai",    "QuillPlayer_Vietnames", "QuillPlayer_French",  "QuillPlayer_Italian",
-    "QuillPlayer_Abrabic", "QuillPlayer_Farsi",     "QuillPlayer_TradCHS", "QuillPlayer_Turkish",
-    "QuillPlayer_Spanish", "QuillPlayer_Polish",    "QuillPlayer_Hebrew",  "QuillPlayer_Dutch",
-    "QuillPlayer_Czech",   "QuillPlayer_Slovak",    "QuillPlayer_DE",
-};
-
-struct Use
+QDir SourceFolder()
 {
-    QString qstrId;  // context + '\n' + key
-    QString qstrWhere;
-};
+    return QDir(QStringLiteral(QUILL_SOURCE_DIR "/Lang/QuillPlayer"));
+}
 
-// "context\nsource" of every finished message of a language source file.
-// A missing or broken file has none; lrelease rejects a broken one anyway.
-QSet<QString> FinishedMessages(const QString& _qstrPath)
+QStringList Languages()
 {
+    QStringList lstStems = SourceFolder().entryList({QStringLiteral("*.ts")}, QDir::Files);
+    lstStems.replaceInStrings(QStringLiteral(".ts"), QString());
+    return lstStems;
+}
+
+// "context\nsource" -> the translation's type: empty when finished; an empty
+// translation counts as unfinished.
+QHash<QString, QString> Messages(const QString& _qstrPath)
+{
+    QHash<QString, QString> hashMessages;
     QFile file(_qstrPath);
-    if (!file.open(QIODevice::ReadOnly)) return {};
+    if (!file.open(QIODevice::ReadOnly)) return hashMessages;
     QXmlStreamReader xml(&file);
     QString qstrContext;
     QString qstrSource;
-    QSet<QString> setFinished;
     while (!xml.atEnd()) {
         if (xml.readNext() != QXmlStreamReader::StartElement) continue;
         if (xml.name() == QLatin1String("name")) {
@@ -57,106 +43,35 @@ QSet<QString> FinishedMessages(const QString& _qstrPath)
         } else if (xml.name() == QLatin1String("source")) {
             qstrSource = xml.readElementText();
         } else if (xml.name() == QLatin1String("translation")) {
-            // "unfinished", "obsolete" and "vanished" are not shown.
-            const bool blTyped = xml.attributes().hasAttribute(QLatin1String("type"));
-            if (!xml.readElementText().trimmed().isEmpty() && !blTyped)
-                setFinished.insert(qstrContext + QLatin1Char('\n') + qstrSource);
+            QString qstrType = xml.attributes().value(QLatin1String("type")).toString();
+            if (xml.readElementText().trimmed().isEmpty() && qstrType.isEmpty())
+                qstrType = QStringLiteral("unfinished");
+            hashMessages.insert(qstrContext + QLatin1Char('\n') + qstrSource, qstrType);
         }
     }
-    return setFinished;
-}
-
-// C++ patterns: literals and comments; scopes; tr() and translate() calls.
-const char k_Lexeme[] = R"re("(?:[^"\\\n]|\\.)*"|'(?:[^'\\\n]|\\.)*'|//[^\n]*|/\*.*?\*/)re";
-const char k_Scope[] =
-    R"re(^(?:[A-Za-z_][^;{}()#=\n]*[\s*&])?((?:\w+::)*\w+)::~?\w+\s*\(|)re"
-    R"re(\b(?<!enum\s)(?:class|struct)\s+(?:[A-Z_][A-Z0-9_]*\s+)?(\w+)\s*(?:final\s*)?[:{])re";
-const char k_Tr[] =
-    R"re((?<![\w.>])(?:(\w+)::)?(?:tr|QT_TR_NOOP)\s*\(\s*"((?:[^"\\\n]|\\.)*)"|)re"
-    R"re(\b(?:translate|QT_TRANSLATE_NOOP)\s*\(\s*"((?:[^"\\\n]|\\.)*)"\s*,\s*"((?:[^"\\\n]|\\.)*)")re";
-
-// tr() takes the context of the class it is written in: the class of the
-// member definition "Class::Function(" before the call, or of the class
-// declaration around an inline body; translate() names its context.
-void ScanCode(const QString& _qstrPath, const QString& _qstrShown, QList<Use>& _lstUses)
-{
-    static const QRegularExpression reLexeme(QLatin1String(k_Lexeme),
-                                             QRegularExpression::DotMatchesEverythingOption);
-    static const QRegularExpression reScope(QLatin1String(k_Scope),
-                                            QRegularExpression::MultilineOption);
-    static const QRegularExpression reTr{QLatin1String(k_Tr)};
-    QFile file(_qstrPath);
-    if (!file.open(QIODevice::ReadOnly)) return;
-    const QString qstrRaw = QString::fromUtf8(file.readAll());
-    // Comments blanked out (line breaks kept), so a commented-out tr() is not counted.
-    QString qstrCode;
-    int iLast = 0;
-    for (auto it = reLexeme.globalMatch(qstrRaw); it.hasNext();) {
-        const QRegularExpressionMatch match = it.next();
-        const QString qstrLexeme = match.captured();
-        qstrCode += qstrRaw.mid(iLast, match.capturedStart() - iLast);
-        qstrCode += qstrLexeme.startsWith(QLatin1Char('/'))
-                        ? QString(qstrLexeme.count(QLatin1Char('\n')), QLatin1Char('\n'))
-                        : qstrLexeme;
-        iLast = match.capturedEnd();
-    }
-    qstrCode += qstrRaw.mid(iLast);
-
-    QList<QPair<int, QString>> lstScopes;  // in order of position
-    for (auto it = reScope.globalMatch(qstrCode); it.hasNext();) {
-        const QRegularExpressionMatch match = it.next();
-        lstScopes.append({match.capturedStart(), match.captured(1) + match.captured(2)});
-    }
-    for (auto it = reTr.globalMatch(qstrCode); it.hasNext();) {
-        const QRegularExpressionMatch match = it.next();
-        QString qstrContext = match.captured(1) + match.captured(3);
-        if (qstrContext.isEmpty() && match.captured(3).isNull()) {
-            for (const auto& scope : lstScopes)
-                if (scope.first < match.capturedStart()) qstrContext = scope.second;
-        }
-        const int iLine = qstrCode.leftRef(match.capturedStart()).count(QLatin1Char('\n')) + 1;
-        _lstUses.append({qstrContext + QLatin1Char('\n') + match.captured(2) + match.captured(4),
-                         _qstrShown + QLatin1Char(':') + QString::number(iLine)});
-    }
-}
-
-// A form translates every <string> in the context of its class, but for
-// those marked notr, object names and style sheets.
-void ScanForm(const QString& _qstrPath, const QString& _qstrShown, QList<Use>& _lstUses)
-{
-    QFile file(_qstrPath);
-    if (!file.open(QIODevice::ReadOnly)) return;
-    QXmlStreamReader xml(&file);
-    QString qstrClass;
-    QString qstrProperty;
-    while (!xml.atEnd()) {
-        if (xml.readNext() != QXmlStreamReader::StartElement) continue;
-        if (xml.name() == QLatin1String("class") && qstrClass.isEmpty()) {
-            qstrClass = xml.readElementText().trimmed();
-        } else if (xml.name() == QLatin1String("property") ||
-                   xml.name() == QLatin1String("attribute")) {
-            qstrProperty = xml.attributes().value(QLatin1String("name")).toString();
-        } else if (xml.name() == QLatin1String("string")) {
-            const bool blNoTr =
-                xml.attributes().value(QLatin1String("notr")) == QLatin1String("true");
-            const QString qstrWhere =
-                _qstrShown + QLatin1Char(':') + QString::number(xml.lineNumber());
-            const QString qstrText = xml.readElementText();
-            if (!blNoTr && !qstrText.isEmpty() && qstrProperty != QLatin1String("styleSheet") &&
-                qstrProperty != QLatin1String("objectName"))
-                _lstUses.append({qstrClass + QLatin1Char('\n') + qstrText, qstrWhere});
-        }
-    }
+    return hashMessages;
 }
 
 }  // namespace
 
+class tst_Translations : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void compiledFileLoadsAndTranslates_data();
+    void compiledFileLoadsAndTranslates();
+    void everyTextTheCodeUsesIsFinishedInEveryLanguage();
+};
+
 void tst_Translations::compiledFileLoadsAndTranslates_data()
 {
     QTest::addColumn<QString>("qmPath");
-    for (const char* pszStem : kLanguages)
-        QTest::newRow(pszStem) << QuillTest::BinPath(
-            QStringLiteral("Lang/QuillPlayer/%1.qm").arg(QLatin1String(pszStem)));
+    const QStringList lstStems = Languages();
+    QVERIFY(lstStems.size() > 1);
+    for (const QString& qstrStem : lstStems)
+        QTest::newRow(qPrintable(qstrStem))
+            << QuillTest::BinPath(QStringLiteral("Lang/QuillPlayer/%1.qm").arg(qstrStem));
 }
 
 // The dialog loads "./Lang/QuillPlayer/<file>.qm" from the installation.
@@ -169,42 +84,60 @@ void tst_Translations::compiledFileLoadsAndTranslates()
     QVERIFY(!qstrSample.isEmpty() && qstrSample != QLatin1String("btn_play_pause"));
 }
 
-void tst_Translations::everyKeyTheCodeUsesIsTranslatedInEveryLanguage()
+// Texts the code no longer asks for come back "vanished" and are no fault:
+// the files also carry the texts of classes that are still to come. What lrelease
+// compiles is the committed file, so a text the code asks for must be finished
+// there, not merely revived by lupdate in the copy.
+void tst_Translations::everyTextTheCodeUsesIsFinishedInEveryLanguage()
 {
-    const QDir root(QStringLiteral(QUILL_SOURCE_DIR));
-    QList<Use> lstUses;
-    for (const char* pszFolder : {"BriskInclude", "BusinessLib"}) {
-        QDirIterator it(root.filePath(QLatin1String(pszFolder)),
-                        {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.ui")},
-                        QDir::Files, QDirIterator::Subdirectories);
-        while (it.hasNext()) {
-            const QString qstrPath = it.next();
-            if (qstrPath.endsWith(QLatin1String(".ui")))
-                ScanForm(qstrPath, root.relativeFilePath(qstrPath), lstUses);
-            else
-                ScanCode(qstrPath, root.relativeFilePath(qstrPath), lstUses);
-        }
+    QTemporaryDir tmp;
+    QVERIFY(tmp.isValid());
+    QStringList lstCopies;
+    for (const QString& qstrStem : Languages()) {
+        lstCopies << tmp.filePath(qstrStem + QStringLiteral(".ts"));
+        QVERIFY(QFile::copy(SourceFolder().filePath(qstrStem + QStringLiteral(".ts")),
+                            lstCopies.last()));
     }
-    // A scan that misses the framework's own key sees nothing at all.
-    QVERIFY(std::any_of(lstUses.begin(), lstUses.end(), [](const Use& _use) {
-        return _use.qstrId == QLatin1String("CLS_ModuleBasic\nModuleName");
-    }));
+    QProcess lupdate;
+    lupdate.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    lupdate.start(
+        QStringLiteral(QUILL_LUPDATE),
+        QStringList{QStringLiteral("-silent"), QStringLiteral("-locations"), QStringLiteral("none"),
+                    QStringLiteral("@" QUILL_LUPDATE_LIST), QStringLiteral("-ts")} +
+            lstCopies);
+    QVERIFY(lupdate.waitForFinished(60000));
+    QCOMPARE(lupdate.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(lupdate.exitCode(), 0);
 
-    QStringList lstMissing;
-    for (const char* pszStem : kLanguages) {
-        const QSet<QString> setFinished = FinishedMessages(
-            root.filePath(QStringLiteral("Lang/QuillPlayer/%1.ts").arg(QLatin1String(pszStem))));
-        for (const Use& use : qAsConst(lstUses)) {
-            if (!setFinished.contains(use.qstrId))
-                lstMissing << QStringLiteral("%1: %2 (%3)")
-                                  .arg(QLatin1String(pszStem),
-                                       QString(use.qstrId).replace(QLatin1Char('\n'), " / "),
-                                       use.qstrWhere);
+    QStringList lstFaults;
+    for (const QString& qstrCopy : qAsConst(lstCopies)) {
+        const QString qstrStem = QFileInfo(qstrCopy).completeBaseName();
+        const QHash<QString, QString> hashCommitted =
+            Messages(SourceFolder().filePath(qstrStem + QStringLiteral(".ts")));
+        const QHash<QString, QString> hashUpdated = Messages(qstrCopy);
+        // A scan that misses the framework's own text sees nothing at all.
+        QVERIFY2(
+            hashUpdated.value(QStringLiteral("CLS_ModuleBasic\nModuleName"), QStringLiteral("?"))
+                .isEmpty(),
+            qPrintable(qstrStem));
+        const auto fault = [&](const QString& _qstrId, const char* _pszWhat) {
+            lstFaults << qstrStem + QStringLiteral(": ") +
+                             QString(_qstrId).replace(QLatin1Char('\n'), QStringLiteral(" / ")) +
+                             QLatin1String(_pszWhat);
+        };
+        for (auto it = hashCommitted.cbegin(); it != hashCommitted.cend(); ++it)
+            if (it.value() == QLatin1String("unfinished")) fault(it.key(), " is unfinished");
+        for (auto it = hashUpdated.cbegin(); it != hashUpdated.cend(); ++it) {
+            if (!hashCommitted.contains(it.key()))
+                fault(it.key(), " is new in the code");
+            else if (it.value().isEmpty() && !hashCommitted.value(it.key()).isEmpty())
+                fault(it.key(), " is used by the code but not finished in the file");
         }
     }
-    QVERIFY2(lstMissing.isEmpty(),
-             qPrintable(QStringLiteral("untranslated (add them to Lang/tools/make_ts.py):\n") +
-                        lstMissing.join(QLatin1Char('\n'))));
+    QVERIFY2(lstFaults.isEmpty(),
+             qPrintable(QStringLiteral("run the update_translations target, then translate in "
+                                       "Qt Linguist:\n") +
+                        lstFaults.join(QLatin1Char('\n'))));
 }
 
 QTEST_GUILESS_MAIN(tst_Translations)

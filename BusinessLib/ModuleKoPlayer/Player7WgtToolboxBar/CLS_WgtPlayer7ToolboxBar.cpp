@@ -1,10 +1,10 @@
 #include "CLS_WgtPlayer7ToolboxBar.h"
 
+#include "FixedSkinFile.h"
 #include "ModuleKoPlayerLog.h"
 #include "ui_CLS_WgtPlayer7ToolboxBar.h"
 
 #include <QApplication>
-#include <QFile>
 #include <QMouseEvent>
 
 namespace {
@@ -21,17 +21,10 @@ CLS_WgtPlayer7ToolboxBar::CLS_WgtPlayer7ToolboxBar(QWidget* _pParent)
     m_blChecked = false;
 
     // Logged from here, under the constructor's name, as the skin tools expect.
-    const bool blLight = qApp && qApp->property("Skin").toInt() == 1;
-    const QString qstrPath =
-        QStringLiteral(".") +
-        (blLight ? QStringLiteral("/resource/skin/light/ModuleKoPlayer/qss/ToolBar.qss")
-                 : QStringLiteral("/resource/skin/dark/ModuleKoPlayer/qss/ToolBar.qss"));
-    QFile file(qstrPath);
-    if (file.open(QIODevice::ReadOnly)) {
-        setStyleSheet(QString::fromUtf8(file.readAll()));
+    const QString qstrPath = FixedSkinFilePath(QStringLiteral("ToolBar.qss"));
+    if (SetStyleSheetFromFile(this, qstrPath)) {
         PLAYER_LOG(1)
             << " CLS_WgtPlayer7ToolboxBar COMMON_PLATFORM_WIN SetStyleSheetByFile Loading finished";
-        file.close();
     } else {
         PLAYER_LOG(3) << "CLS_WgtPlayer7ToolboxBar COMMON_PLATFORM_WIN SetStyleSheetByFile Loading "
                          "Failed,Path = "
