@@ -5,6 +5,7 @@
 #include "CLS_VideoPlayControl.h"
 #include "CLS_WgtHistroyList.h"
 #include "CLS_WgtPlayerControlBar.h"
+#include "FixedSkinFile.h"
 #include "I_AppSignals.h"
 #include "KoServices.h"
 #include "ModuleKeys.h"
@@ -14,7 +15,6 @@
 #include <QApplication>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -112,17 +112,9 @@ MainWindow::~MainWindow()
 
 void MainWindow::LoadStyleSheet()
 {
-    const bool blLight = qApp && qApp->property("Skin").toInt() == 1;
-    const QString qstrPath =
-        QStringLiteral(".") +
-        (blLight ? QStringLiteral("/resource/skin/light/ModuleKoPlayer/qss/ModuleKoPlayer.qss")
-                 : QStringLiteral("/resource/skin/dark/ModuleKoPlayer/qss/ModuleKoPlayer.qss"));
-    QFile file(qstrPath);
-    if (!file.open(QIODevice::ReadOnly)) {
+    const QString qstrPath = FixedSkinFilePath(QStringLiteral("ModuleKoPlayer.qss"));
+    if (!SetStyleSheetFromFile(this, qstrPath))
         PLAYER_LOG(3) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading Failed,Path = " << qstrPath;
-        return;
-    }
-    setStyleSheet(QString::fromUtf8(file.readAll()));
 }
 
 void MainWindow::CreateRenderSurface()
