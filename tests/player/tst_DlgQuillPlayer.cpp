@@ -1,0 +1,202 @@
+// The dialog and the module object, offscreen: start parameters and the
+// translation they select, the skin colours, dragging, keys, the close chain
+// and the module entry.
+
+#include "CLS_DlgQuillPlayer.h"
+#include "CLS_ModuleQuillPlayer.h"
+#include "CLS_WgtPlayerMainBody.h"
+#include "LoadDll.h"
+#include "ModuleExports.h"
+#include "QuillTestSupport.h"
+
+#include <QEventLoop>
+#include <QJsonObject>
+#include <QLabel>
+#include <QTimer>
+#include <QToolButton>
+#include <QTranslator>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+// What a translation file says for one text.
+QString TranslatedBy(const QString& _qstrFile, const char* _pContext = "MainWindow",
+                     const char* _pSource = "lab_notice")
+{
+    QTranslator translator;
+    if (!translator.load(QStringLiteral("./Lang/QuillPlayer/") + _qstrFile)) return QString();
+    return translator.translate(_pContext, _pSource);
+}
+
+}  // namespace
+
+class tst_DlgQuillPlayer : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QuillTest::ScopedWorkDir> m_pWorkDir;
+
+private slots:
+    void initTestCase()
+    {
+        m_pWorkDir = std::make_unique<QuillTest::ScopedWorkDir>();
+        QVERIFY(m_pWorkDir->LinkFromBin(QStringLiteral("Lang")));
+        QVERIFY(m_pWorkDir->LinkFromBin(QStringLiteral("resource")));
+        QVERIFY(m_pWorkDir->LinkFromBin(QStringLiteral("libModuleKoPlayer.so")));
+    }
+
+    // Start parameter -> application properties -> translation installed.
+    void startParams_data()
+    {
+        QTest::addColumn<QJsonObject>("jsonParams");
+        QTest::addColumn<int>("iLanguage");
+        QTest::addColumn<QString>("qstrFile");
+        QTest::addColumn<int>("iSkin");
+        QTest::addColumn<QString>("qstrMargin");
+        QTest::newRow("en, dark") << QJsonObject{{"Language", "EN"}, {"Skin", "Dark"}} << 1
+                                  << "QuillPlayer_EN.qm" << 0 << "#151A2F";
+        QTest::newRow("polish is 0") << QJsonObject{{"Language", "POLISH"}} << 0 << "QuillPlayer_CN.qm"
+                                     << 0 << "#151A2F";
+        QTest::newRow("no key for french") << QJsonObject{{"Language", "French"}} << 0
+                                           << "QuillPlayer_CN.qm" << 0 << "#151A2F";
+        QTest::newRow("absent language") << QJsonObject{{"Skin", "blue"}} << 0 << "QuillPlayer_CN.qm"
+                                         << 1 << "#EAEAEA";
+        QTest::newRow("de, light") << QJsonObject{{"Language", "de"}, {"Skin", "light"}} << 18
+                                   << "QuillPlayer_DE.qm" << 1 << "#EAEAEA";
+    }
+    void startParams()
+    {
+        QFETCH(QJsonObject, jsonParams);
+        QFETCH(int, iLanguage);
+        QFETCH(QString, qstrFile);
+        QFETCH(int, iSkin);
+        QFETCH(QString, qstrMargin);
+        qApp->setProperty("Language", 5);
+        qApp->setProperty("Skin", 0);
+        CLS_DlgQuillPlayer dialog(nullptr, jsonParams);
+        QCOMPARE(qApp->property("Language").toInt(), iLanguage);
+        QCOMPARE(qApp->property("Skin").toInt(), iSkin);
+        QCOMPARE(QCoreApplication::translate("MainWindow", "lab_notice"), TranslatedBy(qstrFile));
+        QVERIFY(dialog.styleSheet().contains(qstrMargin));
+        QCOMPARE(dialog.objectName(), QStringLiteral("DlgQuillPlayer"));
+        QCOMPARE(dialog.size(), QSize(1000, 600));
+        // The chrome is translated with it.
+        auto* pStop = dialog.findChild<QToolButton*>(QStringLiteral("toolButton_stop"));
+        QVERIFY(pStop);
+        QCOMPARE(pStop->toolTip(), TranslatedBy(qstrFile, "CLS_WgtPlayerControlBar", "lab_stop"));
+    }
+
+    // Without start parameters the property chooses the file; out of range
+    // is the first file.
+    void languageProperty_data()
+    {
+        QTest::addColumn<int>("iLanguage");
+        QTest::addColumn<QString>("qstrFile");
+        QTest::newRow("french") << 6 << "QuillPlayer_French.qm";
+        QTest::newRow("arabic, misspelt file") << 8 << "QuillPlayer_Abrabic.qm";
+        QTest::newRow("19") << 19 << "QuillPlayer_CN.qm";
+        QTest::newRow("-1") << -1 << "QuillPlayer_CN.qm";
+    }
+    void languageProperty()
+    {
+        QFETCH(int, iLanguage);
+        QFETCH(QString, qstrFile);
+        qApp->setProperty("Language", iLanguage);
+        CLS_DlgQuillPlayer dialog;
+        QCOMPARE(QCoreApplication::translate("MainWindow", "lab_notice"), TranslatedBy(qstrFile));
+    }
+
+    // The window follows the cursor unless its corner would land within the
+    // start-drag distance of the origin.
+    void drag_data()
+    {
+        QTest::addColumn<QPoint>("ptTarget");
+        QTest::addColumn<bool>("blMoves");
+        QTest::newRow("far") << QPoint(300, 200) << true;
+        QTest::newRow("near the origin") << QPoint(3, 4) << false;
+    }
+    void drag()
+    {
+        QFETCH(QPoint, ptTarget);
+        QFETCH(bool, blMoves);
+        CLS_DlgQuillPlayer dialog;
+        dialog.move(100, 100);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const QPoint ptStart = dialog.pos();
+        const QPoint ptGrab = ptStart + QPoint(5, 5);
+        QMouseEvent press(QEvent::MouseButtonPress, QPoint(5, 5), ptGrab, Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QApplication::sendEvent(&dialog, &press);
+        QMouseEvent move(QEvent::MouseMove, QPoint(5, 5), ptTarget + QPoint(5, 5), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&dialog, &move);
+        QCOMPARE(dialog.pos(), blMoves ? ptTarget : ptStart);
+    }
+
+    void escapeOutsideFullScreenIsSwallowed()
+    {
+        CLS_DlgQuillPlayer dialog;
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QVERIFY(QApplication::sendEvent(&dialog, &escape));
+        QVERIFY(escape.isAccepted());
+        QVERIFY(!dialog.findChild<CLS_WgtPlayerMainBody*>()->isWindow());
+    }
+
+    // Closing from the title bar ends the application, or with InPlayBack
+    // only the dialog.
+    void close_data()
+    {
+        QTest::addColumn<bool>("blInPlayBack");
+        QTest::newRow("stand-alone") << false;
+        QTest::newRow("in playback") << true;
+    }
+    void close()
+    {
+        QFETCH(bool, blInPlayBack);
+        auto* pDialog = new CLS_DlgQuillPlayer(nullptr, QJsonObject{{"InPlayBack", blInPlayBack}});
+        pDialog->setAttribute(Qt::WA_DeleteOnClose);
+        QPointer<QWidget> pGuard(pDialog);
+        pDialog->show();
+        QEventLoop loop;
+        // QCoreApplication::quit ends every running event loop, this one too.
+        QTimer::singleShot(0, pDialog, [pDialog]() {
+            pDialog->findChild<QWidget*>(QStringLiteral("CLS_WgtPlayerTopBar"))
+                ->findChild<QAbstractButton*>(QStringLiteral("pushButton_closeapp"))
+                ->click();
+        });
+        QTimer::singleShot(3000, &loop, [&loop]() { loop.exit(1); });
+        const bool blQuit = loop.exec() == 0;
+        QCOMPARE(blQuit, !blInPlayBack);
+        if (blInPlayBack) QTRY_VERIFY(pGuard.isNull());
+        delete pGuard.data();
+    }
+
+    void moduleEntry()
+    {
+        const auto mapFunctions = LoadDll("./libModuleKoPlayer.so", {"GetModule"});
+        const auto pfnGetModule = reinterpret_cast<GetModuleFn>(mapFunctions.at("GetModule"));
+        QVERIFY(pfnGetModule);
+        std::unique_ptr<CLS_ModuleBasic> pFirst(pfnGetModule());
+        std::unique_ptr<CLS_ModuleBasic> pSecond(pfnGetModule());
+        QVERIFY(pFirst && pSecond && pFirst != pSecond);
+        QCOMPARE(QByteArray(pFirst->GetModuleCode()), QByteArray("ModuleKoPlayer"));
+        QVERIFY(!pFirst->GetBusinessHandler({}));
+
+        CLS_ModuleQuillPlayer module;
+        QWidget parent;
+        for (const QVariantMap& qmapParam :
+             {QVariantMap{}, QVariantMap{{"ParentWiget", QVariant::fromValue<QWidget*>(&parent)}},
+              QVariantMap{{"ParentWiget", 42}, {"UIType", QJsonObject{{"Skin", "light"}}}}}) {
+            std::unique_ptr<QWidget> pDialog(module.CreateModuleWgt(qmapParam));
+            QVERIFY(qobject_cast<CLS_DlgQuillPlayer*>(pDialog.get()));
+            QCOMPARE(pDialog->parentWidget(), qmapParam.value("ParentWiget").value<QWidget*>());
+        }
+    }
+};
+
+QTEST_MAIN(tst_DlgQuillPlayer)
+#include "tst_DlgQuillPlayer.moc"
