@@ -1,0 +1,199 @@
+// The real module on the real engine, loaded as the host loads them, on a
+// generated clip under a virtual display. One test per family of behaviour.
+
+#include "CLS_ModuleBasic.h"
+#include "CLS_ViewBasic.h"
+#include "KoParamApi.h"
+#include "KoServices.h"
+#include "LoadDll.h"
+#include "ModuleExports.h"
+#include "QuillTestSupport.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QListWidget>
+#include <QScreen>
+#include <QtTest>
+
+#include <memory>
+
+namespace {
+
+constexpr int kHangMs = 20000;
+constexpr int kClipSeconds = 60;
+
+}  // namespace
+
+class tst_PlayerEndToEnd : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QuillTest::ScopedWorkDir> m_pWorkDir;
+    GetModuleFn m_pfnGetModule = nullptr;
+    std::unique_ptr<CLS_ModuleBasic> m_pModule;
+    std::unique_ptr<QWidget> m_pDialog;
+    QString m_qstrClip;
+
+    QWidget* Find(const char* _pName) { return m_pDialog->findChild<QWidget*>(QLatin1String(_pName)); }
+    // Seconds shown as played, from "hh:mm:ss/hh:mm:ss".
+    int PlayedShown()
+    {
+        const QString qstrText = static_cast<QLabel*>(Find("label_videoTime"))->text();
+        const QStringList qlstParts = qstrText.section(QLatin1Char('/'), 0, 0).split(QLatin1Char(':'));
+        if (qlstParts.size() != 3) return -1;
+        return qlstParts[0].toInt() * 3600 + qlstParts[1].toInt() * 60 + qlstParts[2].toInt();
+    }
+    void Bar(const char* _pSignal) { QVERIFY(QMetaObject::invokeMethod(Find("WgtControlBar"), _pSignal)); }
+    void Key(QWidget* _pTarget, Qt::Key _key) { QTest::keyClick(_pTarget, _key); }
+    // The video area as the screen shows it.
+    QImage VideoPixels()
+    {
+        QWidget* pVideo = Find("openGLWgt");
+        const QPoint ptTopLeft = pVideo->mapTo(pVideo->window(), QPoint(0, 0));
+        return pVideo->screen()
+            ->grabWindow(pVideo->window()->winId(), ptTopLeft.x(), ptTopLeft.y(), pVideo->width(),
+                         pVideo->height())
+            .toImage();
+    }
+    QJsonObject HistroyEntry()
+    {
+        QFile file(QStringLiteral("HistroyInfo.json"));
+        if (!file.open(QIODevice::ReadOnly)) return {};
+        return QJsonDocument::fromJson(file.readAll())[QLatin1String("History")].toArray().first().toObject();
+    }
+    void OpenClip()
+    {
+        auto* pView = dynamic_cast<CLS_ViewBasic*>(m_pDialog.get());
+        QVERIFY(pView);
+        QVERIFY(!pView->DoBusinessRequest(QStringLiteral("OpenVideoFile"), {{"PlayUrl", m_qstrClip}}, {}));
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 1, kHangMs);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_pWorkDir = std::make_unique<QuillTest::ScopedWorkDir>();
+        for (const QString& qstrName :
+             QDir(QuillTest::BinDir()).entryList({"*.so", "resource", "Lang"}, QDir::AllEntries | QDir::NoDotAndDotDot))
+            QVERIFY(m_pWorkDir->LinkFromBin(qstrName));
+        m_qstrClip = m_pWorkDir->FilePath(QStringLiteral("clip.mp4"));
+        QCOMPARE(QuillTest::RunProgram(
+                     QStringLiteral("ffmpeg"),
+                     {"-v", "error", "-f", "lavfi", "-i",
+                      QStringLiteral("testsrc2=size=320x180:rate=25:duration=%1").arg(kClipSeconds), "-f",
+                      "lavfi", "-i", QStringLiteral("sine=duration=%1").arg(kClipSeconds), "-c:v", "libx264",
+                      "-preset", "ultrafast", "-g", "50", "-c:a", "aac", "-shortest", m_qstrClip}),
+                 0);
+        const auto pfnInit = reinterpret_cast<KoParamApi::InitFn>(GetKoParamFunc("Init"));
+        QVERIFY(pfnInit && pfnInit(m_pWorkDir->FilePath(QStringLiteral("params.json")).toStdString()));
+        KoService::SetParam("SystemConfig", "RenderingType", "0");
+        m_pfnGetModule = reinterpret_cast<GetModuleFn>(
+            LoadDll("./libModuleKoPlayer.so", {"GetModule"}).at("GetModule"));
+        QVERIFY(m_pfnGetModule);
+    }
+
+    void init()
+    {
+        m_pModule.reset(m_pfnGetModule());
+        m_pModule->InitModule({});
+        m_pDialog.reset(m_pModule->CreateModuleWgt({{"UIType", QJsonObject{{"Language", "en"}}}}));
+        m_pDialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_pDialog.get()));
+    }
+
+    void cleanup()
+    {
+        m_pDialog.reset();
+        m_pModule->UnInitModule({});
+        m_pModule.reset();
+    }
+
+    void playPauseResume()
+    {
+        OpenClip();
+        const QImage imgBefore = VideoPixels();
+        QTRY_VERIFY_WITH_TIMEOUT(VideoPixels() != imgBefore, kHangMs);
+        // Space reaches the dialog: pause.
+        Key(m_pDialog.get(), Qt::Key_Space);
+        QTest::qWait(1200);  // let a tick that was already due pass
+        const int iPaused = PlayedShown();
+        // Nothing to wait for: a paused player stays where it is.
+        QTest::qWait(2200);
+        QCOMPARE(PlayedShown(), iPaused);
+        Key(m_pDialog.get(), Qt::Key_Space);
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() > iPaused, kHangMs);
+    }
+
+    void speedsAndSteps()
+    {
+        OpenClip();
+        auto* pSpeed = static_cast<QComboBox*>(Find("comboBox_speedinfo"));
+        pSpeed->setCurrentIndex(8);  // 16X
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 20, kHangMs);
+        pSpeed->setCurrentIndex(4);  // back to 1X
+        QTRY_COMPARE_WITH_TIMEOUT(pSpeed->currentIndex(), 4, kHangMs);
+        const int iAtNormal = PlayedShown();
+        QTest::qWait(3000);  // a stretch of play at 1X, measured by its played time
+        QVERIFY2(PlayedShown() - iAtNormal <= 5, qPrintable(QString::number(PlayedShown() - iAtNormal)));
+
+        Key(m_pDialog.get(), Qt::Key_Space);
+        QTest::qWait(500);
+        const QImage imgPaused = VideoPixels();
+        Bar("SignStepUp");
+        QTRY_VERIFY_WITH_TIMEOUT(VideoPixels() != imgPaused, kHangMs);
+    }
+
+    void seekByClick()
+    {
+        OpenClip();
+        QVERIFY(QMetaObject::invokeMethod(Find("WgtControlBar"), "SignSliderClicked", Q_ARG(int, 50)));
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= kClipSeconds / 2 && PlayedShown() <= kClipSeconds / 2 + 3,
+                                 kHangMs);
+    }
+
+    // Stop keeps the position in the history; continuing from the history
+    // starts there.
+    void historyResume()
+    {
+        OpenClip();
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 3, kHangMs);
+        Bar("SignStop");
+        const int iKept = HistroyEntry()[QLatin1String("pos")].toInt();
+        QVERIFY2(iKept >= 3, qPrintable(QString::number(iKept)));
+        QCOMPARE(HistroyEntry()[QLatin1String("path")].toString(), m_qstrClip);
+        Bar("SignShowHistroyLog");
+        QWidget* pHistroy = Find("CLS_WgtHistroyList");
+        QTRY_VERIFY(pHistroy->isVisible());
+        QVERIFY(pHistroy->findChild<QListWidget*>()->count() >= 1);
+        QVERIFY(QMetaObject::invokeMethod(pHistroy, "SlotItelBtnClicked", Q_ARG(QString, m_qstrClip)));
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= iKept, kHangMs);
+    }
+
+    void fullScreen()
+    {
+        OpenClip();
+        QWidget* pBody = Find("CLS_WgtPlayerMainBody");
+        QWidget* pVideo = Find("openGLWgt");
+        QTest::mouseDClick(pVideo->childAt(pVideo->rect().center()) ? pVideo->childAt(pVideo->rect().center())
+                                                                     : pVideo,
+                           Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(pBody->isWindow() && pBody->isFullScreen(), kHangMs);
+        QVERIFY(!Find("CLS_WgtPlayerTopBar")->isVisible());
+        Key(pBody, Qt::Key_Escape);
+        QTRY_VERIFY_WITH_TIMEOUT(!pBody->isWindow(), kHangMs);
+        QVERIFY(Find("CLS_WgtPlayerTopBar")->isVisible());
+        // Still playing in the dialog.
+        const int iPlayed = PlayedShown();
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() > iPlayed, kHangMs);
+    }
+};
+
+QTEST_MAIN(tst_PlayerEndToEnd)
+#include "tst_PlayerEndToEnd.moc"
