@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "CLS_TimelineScanner.h"
-#include "output/IVideoOutput.h"
+#include "IVideoOutput.h"
 
 extern "C" {
 #include <libavformat/avformat.h>

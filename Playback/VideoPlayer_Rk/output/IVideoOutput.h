@@ -29,7 +29,8 @@ public:
 
 // Picks the output for a play handle: a live QGLRender widget when QGLRender's
 // registry knows the handle, else a native window id drawn into directly.
-// 0 gives a null output that drops pictures (headless decoding, benchmarks).
+// 0 gives an output that discards pictures (headless decoding, benchmarks).
+// Never null.
 std::unique_ptr<IVideoOutput> CreateVideoOutput(std::int64_t playHandle);
 
 }  // namespace RK_Framework::VideoPlayer

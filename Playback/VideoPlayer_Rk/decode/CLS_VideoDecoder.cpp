@@ -6,6 +6,7 @@
 #include "CLS_MediaSource.h"
 #include "CLS_PacketQueue.h"
 #include "CLS_StepCache.h"
+#include "PlatformThread.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -155,7 +156,7 @@ bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacke
 
 void CLS_VideoDecoder::Start()
 {
-    m_thread = std::thread([this] { Run(); });
+    m_thread = BriskPlatform::StartNamedThread("quill-vdecode", [this] { Run(); });
 }
 
 void CLS_VideoDecoder::Join()

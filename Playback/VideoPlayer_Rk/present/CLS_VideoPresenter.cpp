@@ -7,7 +7,8 @@
 #include "CLS_PlayClock.h"
 #include "CLS_SessionState.h"
 #include "CLS_StepCache.h"
-#include "output/IVideoOutput.h"
+#include "IVideoOutput.h"
+#include "PlatformThread.h"
 
 extern "C" {
 #include <libavutil/frame.h>
@@ -43,7 +44,7 @@ CLS_VideoPresenter::~CLS_VideoPresenter()
 
 void CLS_VideoPresenter::Start()
 {
-    m_thread = std::thread([this] { Run(); });
+    m_thread = BriskPlatform::StartNamedThread("quill-present", [this] { Run(); });
 }
 
 void CLS_VideoPresenter::Join()
