@@ -50,7 +50,6 @@ public:
     bool StepForward();
     bool StepBack();
 
-    double Duration() const { return m_dDuration; }
     int TotalSeconds() const;
     int PlayedSeconds() const;
     // Seconds from the first picture of the picture on screen (-1: none yet).

@@ -280,7 +280,7 @@ void CLS_VideoPlayerEngine::Raise(int _iEvent)
     try {
         stCallback.m_pfnCallback(stCallback.m_pUser, this, _iEvent);
     } catch (...) {
-        // The receiver's failure must not take the video thread down.
+        // The receiver's failure must not take the presenter thread down.
     }
 }
 

@@ -28,7 +28,8 @@ const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
         reinterpret_cast<FnPushFrame>(BriskPlatform::FindSymbol(hLibrary, "QGL_PushFrame"));
     const auto fnPushShared =
         reinterpret_cast<FnPushShared>(BriskPlatform::FindSymbol(hLibrary, "QGL_PushSharedFrame"));
-    const auto fnClear = reinterpret_cast<FnClear>(BriskPlatform::FindSymbol(hLibrary, "QGL_Clear"));
+    const auto fnClear =
+        reinterpret_cast<FnClear>(BriskPlatform::FindSymbol(hLibrary, "QGL_Clear"));
     if (!fnIs || !fnPush || !fnClear) {
         if (!s_blBrokenReported) {
             std::fprintf(stderr, "video output: %s lacks the frame-sink entry points\n",

@@ -8,8 +8,8 @@ struct AVFrame;
 namespace RK_Framework::VideoPlayer {
 
 // Where decoded pictures go. One output serves one play handle. The engine's
-// video thread is the only caller of Show and Clear; Create is called on the
-// thread that calls Play.
+// presenter thread calls Show and Refresh; Clear comes once that thread has
+// stopped. Create is called on the thread that calls Play.
 class IVideoOutput
 {
 public:
