@@ -7,7 +7,6 @@
 #include "LoadDll.h"
 #include "PlatformLibrary.h"
 
-#include <algorithm>
 #include <mutex>
 
 namespace {
@@ -24,14 +23,12 @@ public:
 
     void* Find(const std::string& _strName, const std::string& _strDirectory)
     {
-        // A name outside the contract cannot be in the library's table; asking
-        // the loader again would only repeat its console lines.
-        if (std::find(m_vecNames.begin(), m_vecNames.end(), _strName) == m_vecNames.end())
-            return nullptr;
-
         std::lock_guard<std::mutex> lock(m_mutex);
         auto it = m_mapFunctions.find(_strName);
         if (it != m_mapFunctions.end()) return it->second;
+        // Any name not in the table asks the loader again, one outside the
+        // contract included: the loader keeps the handle, so this only
+        // repeats its console lines, and a missing library its error line.
 
         const std::string strPath =
             _strDirectory.empty() ? m_strFileName : _strDirectory + "/" + m_strFileName;

@@ -35,6 +35,7 @@
 #include "CLS_StepCache.h"
 #include "CLS_VideoDecoder.h"
 #include "CLS_VideoPlayerEngine.h"
+#include "PlatformLibrary.h"
 
 extern "C" {
 #include <libavcodec/packet.h>
@@ -272,7 +273,8 @@ int main(int argc, char** argv)
 
     // 1X into a real render widget first, so the memory peak is this run's.
     QWidget* pWidget = nullptr;
-    QLibrary qRender(QCoreApplication::applicationDirPath() + "/libQGLRender.so");
+    QLibrary qRender(QCoreApplication::applicationDirPath() + QLatin1Char('/') +
+                     QString::fromStdString(BriskPlatform::LibraryFileName("QGLRender")));
     using FnCreate = void* (*)(void*);
     using FnRelease = int (*)(void*);
     FnRelease pfnRelease = nullptr;

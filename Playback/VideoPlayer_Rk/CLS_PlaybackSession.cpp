@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "CLS_TimelineScanner.h"
-#include "output/IVideoOutput.h"
+#include "IVideoOutput.h"
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -153,7 +153,7 @@ void CLS_PlaybackSession::SetSpeed(double _dSpeed)
     const bool blWasActive = m_state.m_blAudioActive.load();
     const bool blActive = m_blSound && _dSpeed == 1.0;
     m_state.m_dSpeed = _dSpeed;
-    m_state.m_iLagLevel = 0;
+    m_state.m_iLagLevel = DECODE_ALL;
     m_clock.SetSpeed(_dSpeed);
     m_state.m_blAudioActive = blActive;
     if (blWasActive && !blActive) {

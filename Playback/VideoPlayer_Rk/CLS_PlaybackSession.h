@@ -1,5 +1,37 @@
 #pragma once
 
+// A playback runs on five threads besides the caller's:
+//
+// - demux ("quill-demux", CLS_Demuxer): owns the container's read position.
+//   Reads ahead into the video and audio packet queues, tagging each packet
+//   with the current serial, and carries out seeks.
+// - video decode ("quill-vdecode", CLS_VideoDecoder): owns the video codec.
+//   Turns packets into pictures on the timeline, lands seeks exactly (pictures
+//   before the target are held back, or kept in the step cache when stepping
+//   back) and puts them into the frame queue.
+// - audio decode ("quill-adecode", CLS_AudioDecoder): owns the sound codec
+//   and resampler; at 1X with sound only. Feeds the audio output's buffer.
+// - presenter ("quill-present", CLS_VideoPresenter): owns the video output
+//   and the picture on screen. Times pictures against the clock, drops the
+//   late ones, carries out frame steps, raises the end of the file.
+// - SDL audio callback (CLS_AudioOutput): takes samples from the buffer,
+//   lines them up with the clock, and what it has played is the clock at 1X.
+//
+// A seek bumps the serial in CLS_SessionState: from then on everything older
+// in the queues is stale. The frame queue and the presenter are woken (a
+// decoder waiting for room drops its stale picture) and the sound buffer is
+// flushed. The demux thread flushes its packet queues, seeks and reads on
+// under the new serial; the video decoder starts over at the first packet of
+// it and delivers the picture at the target; the presenter shows that picture
+// at once, paused or not, and sets the clock to it.
+//
+// A step forward is a command to the presenter, which shows the step cache's
+// next picture or else the frame queue's head; the caller waits for the
+// answer. A step back is the cache's previous picture when it has one;
+// otherwise a seek to just before the picture on screen that collects the
+// pictures of the way into the step cache, so that the next steps back are
+// immediate.
+
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -50,7 +82,6 @@ public:
     bool StepForward();
     bool StepBack();
 
-    double Duration() const { return m_dDuration; }
     int TotalSeconds() const;
     int PlayedSeconds() const;
     // Seconds from the first picture of the picture on screen (-1: none yet).

@@ -9,6 +9,14 @@
 
 namespace RK_Framework::VideoPlayer {
 
+// How much the video decoder leaves out at high speed so that the position
+// keeps pace with the speed; each level skips more than the one before.
+enum EM_DecodeLevel : int {
+    DECODE_ALL = 0,             // every picture
+    DECODE_SKIP_NONREF = 1,     // pictures nothing refers to are skipped
+    DECODE_KEYFRAMES_ONLY = 2,  // keyframes alone
+};
+
 // Where the demuxer should go next and what the video decoder should land on.
 struct ST_SeekRequest
 {
@@ -32,8 +40,9 @@ public:
     // Sound is decoded only at 1X.
     std::atomic<bool> m_blAudioActive{true};
     std::atomic<double> m_dSpeed{1.0};
-    // Raised by the presenter when pictures come too late at high speed.
-    std::atomic<int> m_iLagLevel{0};
+    // Raised by the presenter when pictures come too late at high speed: the
+    // least EM_DecodeLevel the decoder may use.
+    std::atomic<int> m_iLagLevel{DECODE_ALL};
 
     // Picture times below are places on the timeline (the stream's clock
     // with the jumps between joined recordings taken out).

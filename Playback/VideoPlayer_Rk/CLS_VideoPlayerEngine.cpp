@@ -5,9 +5,8 @@
 #include <cstdio>
 #include <exception>
 
-#include "CLS_NullVideoOutput.h"
 #include "CLS_PlaybackSession.h"
-#include "output/IVideoOutput.h"
+#include "IVideoOutput.h"
 
 extern "C" {
 #include <libavutil/log.h>
@@ -108,7 +107,6 @@ bool CLS_VideoPlayerEngine::Play(std::int64_t _i64PlayHandle)
         // After Stop the same file starts over.
         if (!m_pSession && (m_strLastPath.empty() || !OpenFile(m_strLastPath))) return false;
         std::unique_ptr<IVideoOutput> pOutput = CreateVideoOutput(_i64PlayHandle);
-        if (!pOutput) pOutput = std::make_unique<CLS_NullVideoOutput>();
         m_i64PlayHandle = _i64PlayHandle;
         m_pSession->Play(std::move(pOutput));
         return true;
@@ -282,7 +280,7 @@ void CLS_VideoPlayerEngine::Raise(int _iEvent)
     try {
         stCallback.m_pfnCallback(stCallback.m_pUser, this, _iEvent);
     } catch (...) {
-        // The receiver's failure must not take the video thread down.
+        // The receiver's failure must not take the presenter thread down.
     }
 }
 

@@ -47,7 +47,7 @@ public:
     int SetDecryptKey(const char* _pKey, int _iLength) override;
     int IsBusy() override;
 
-    // Called on the video thread with every picture put on screen (tests,
+    // Called on the presenter thread with every picture put on screen (tests,
     // benchmarks). Applies to this and later files.
     void SetFrameObserver(FrameObserver _fnObserver);
     int SpeedIndex() const { return m_iSpeedIndex; }

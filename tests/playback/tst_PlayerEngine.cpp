@@ -6,24 +6,28 @@
 #include <QTest>
 #include <QThread>
 
+#include <algorithm>
 #include <atomic>
 #include <functional>
 #include <memory>
+#include <thread>
+#include <vector>
 
+#include "CLS_FrameQueue.h"
+#include "CLS_MediaSource.h"
 #include "CLS_StepCache.h"
+#include "CLS_Timeline.h"
+#include "CLS_TimelineScanner.h"
 #include "CLS_VideoPlayerEngine.h"
 #include "EngineTestMedia.h"
 #include "QuillTestSupport.h"
 
 extern "C" {
+#include <libavformat/avformat.h>
 #include <libavutil/frame.h>
 }
 
-using RK_Framework::VideoPlayer::CLS_Player_Rk;
-using RK_Framework::VideoPlayer::CLS_StepCache;
-using RK_Framework::VideoPlayer::CLS_VideoPlayerEngine;
-using RK_Framework::VideoPlayer::ST_PlayerEventCallback;
-using RK_Framework::VideoPlayer::ST_VideoFrame;
+using namespace RK_Framework::VideoPlayer;
 
 namespace {
 
@@ -59,11 +63,24 @@ void Fill(CLS_StepCache& _stCache, long long _llFrom, long long _llTo)
     }
 }
 
-int ThreadCount()
+QStringList ThreadNames()
 {
-    return QDir(QStringLiteral("/proc/self/task"))
-        .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-        .size();
+    QStringList qlstNames;
+    const QDir qTasks(QStringLiteral("/proc/self/task"));
+    for (const QString& qstrTask : qTasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile qfComm(qTasks.filePath(qstrTask + QStringLiteral("/comm")));
+        if (qfComm.open(QIODevice::ReadOnly))
+            qlstNames << QString::fromUtf8(qfComm.readAll()).trimmed();
+    }
+    return qlstNames;
+}
+
+ST_VideoFrame Picture(int _iSerial)
+{
+    ST_VideoFrame stFrame;
+    stFrame.m_pFrame = av_frame_alloc();
+    stFrame.m_iSerial = _iSerial;
+    return stFrame;
 }
 
 }  // namespace
@@ -88,6 +105,10 @@ private slots:
     void destroyWhilePlayingIsPrompt();
     void factoryMakesWorkingPlayer();
     void stepCacheStaysWithinBudget();
+    void frameQueueWaiterNeverQueuesStale_data();
+    void frameQueueWaiterNeverQueuesStale();
+    void scannerSamplesLargeFiles_data();
+    void scannerSamplesLargeFiles();
 
 private:
     // A player reporting into _stProbe, with _qstrName open (when given).
@@ -157,6 +178,11 @@ void TestPlayerEngine::initTestCase()
     QVERIFY(make("rec_part2.ps", qlstX264, {}, qlstPsHourIn, 2.0, 50));
     QVERIFY(make("rec_back1.ps", qlstX264, {}, qlstPsHourIn, 2.0));
     QVERIFY(make("rec_back2.ps", qlstX264, {}, qlstPs, 2.0, 50));
+    // The same without B-frames, for the timeline scanner's sampling.
+    QStringList qlstX264NoB = qlstX264;
+    qlstX264NoB[qlstX264NoB.indexOf("-bf") + 1] = "0";
+    QVERIFY(make("scan_part1.ps", qlstX264NoB, {}, qlstPs, 2.0));
+    QVERIFY(make("scan_part2.ps", qlstX264NoB, {}, qlstPsHourIn, 2.0));
 
     auto readAll = [this](const char* _pName) {
         QFile qfFile(m_qtmpDir.filePath(_pName));
@@ -173,6 +199,8 @@ void TestPlayerEngine::initTestCase()
     QVERIFY(write("plain.sdv", qbaH264));
     QVERIFY(write("rec_joined.ps", readAll("rec_part1.ps") + readAll("rec_part2.ps")));
     QVERIFY(write("rec_reset.ps", readAll("rec_back1.ps") + readAll("rec_back2.ps")));
+    QVERIFY(write("scan_joined.ps", readAll("scan_part1.ps") + readAll("scan_part2.ps")));
+    QVERIFY(write("scan_reset.ps", readAll("scan_part2.ps") + readAll("scan_part1.ps")));
     QVERIFY(write("truncated.mp4", qbaH264.left(qbaH264.size() / 2)));
     QVERIFY(write("garbage.mp4", qbaNoise));
     QVERIFY(write("empty.avi", QByteArray()));
@@ -460,17 +488,19 @@ void TestPlayerEngine::survivesOperationStorm()
 
 void TestPlayerEngine::destroyWhilePlayingIsPrompt()
 {
-    const int iThreadsBefore = ThreadCount();
+    const int iThreadsBefore = ThreadNames().size();
     ST_Probe stProbe;
     auto pPlayer = MakePlayer(stProbe, "h264.mp4");
     QVERIFY(pPlayer->Play(0));
     QTRY_VERIFY(stProbe.m_iShown.load() >= 5);
-    QVERIFY(ThreadCount() > iThreadsBefore);
+    const QStringList qlstNames = ThreadNames();
+    for (const char* pName : {"quill-demux", "quill-vdecode", "quill-adecode", "quill-present"})
+        QVERIFY2(qlstNames.contains(QLatin1String(pName)), qPrintable(qlstNames.join(' ')));
     QElapsedTimer qTimer;
     qTimer.start();
     pPlayer.reset();
     QVERIFY2(qTimer.elapsed() < 500, qPrintable(QString::number(qTimer.elapsed())));
-    QCOMPARE(ThreadCount(), iThreadsBefore);
+    QCOMPARE(ThreadNames().size(), iThreadsBefore);
 }
 
 void TestPlayerEngine::factoryMakesWorkingPlayer()
@@ -513,6 +543,104 @@ void TestPlayerEngine::stepCacheStaysWithinBudget()
     QCOMPARE(stTiny.Count(), std::size_t(2));
     QVERIFY(stTiny.Previous(2, stOut));
     FreeVideoFrame(stOut);
+}
+
+void TestPlayerEngine::frameQueueWaiterNeverQueuesStale_data()
+{
+    // A decoder waits for room in a full queue when the position changes.
+    QTest::addColumn<bool>("seek");
+    QTest::addColumn<bool>("flush");
+    QTest::addColumn<bool>("queued");  // the waiting picture went in
+    QTest::addColumn<int>("count");
+    QTest::newRow("seek wakes it") << true << false << false << 1;
+    QTest::newRow("seek with flush") << true << true << false << 0;
+    QTest::newRow("flush alone makes room") << false << true << true << 1;
+}
+
+void TestPlayerEngine::frameQueueWaiterNeverQueuesStale()
+{
+    QFETCH(bool, seek);
+    QFETCH(bool, flush);
+    QFETCH(bool, queued);
+    QFETCH(int, count);
+    std::atomic<int> iSerial{0};
+    CLS_FrameQueue stQueue(1, iSerial);
+    QVERIFY(stQueue.Put(Picture(0)));
+    std::atomic<int> iPut{-1};
+    std::thread thWaiter([&] { iPut = stQueue.Put(Picture(0)) ? 1 : 0; });
+    // Released whatever happens below, so a failure cannot hang the test.
+    struct ST_Release
+    {
+        CLS_FrameQueue& m_queue;
+        std::thread& m_thread;
+        ~ST_Release()
+        {
+            m_queue.Abort();
+            m_thread.join();
+        }
+    } stRelease{stQueue, thWaiter};
+    // Time to start waiting; the outcome is the same if it has not yet.
+    QThread::msleep(20);
+    if (seek) ++iSerial;
+    if (flush)
+        stQueue.Flush();
+    else
+        stQueue.Wake();
+    QTRY_VERIFY_WITH_TIMEOUT(iPut.load() >= 0, 10000);
+    QCOMPARE(iPut.load() == 1, queued);
+    QCOMPARE(stQueue.Count(), std::size_t(count));
+}
+
+void TestPlayerEngine::scannerSamplesLargeFiles_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("clock an hour on") << "scan_joined.ps";
+    QTest::newRow("clock reset") << "scan_reset.ps";
+}
+
+void TestPlayerEngine::scannerSamplesLargeFiles()
+{
+    // Limits far below the clip's size take the way of large files: the ends
+    // read through, a few samples in between, the pair around the
+    // join narrowed down by bisection. It must come to what reading the whole
+    // file gives. (With B-frames it can come out one picture short: a stretch
+    // that starts among the pictures reordered before a join misses the
+    // part's latest time.)
+    QFETCH(QString, name);
+    CLS_MediaSource stSource;
+    QVERIFY(stSource.Open(Clip(name)));
+    const double dTimeBase = av_q2d(stSource.VideoStream()->time_base);
+    const double dFrame = stSource.NominalFrameDuration();
+    ST_TimelineScanLimits stLimits;
+    stLimits.m_i64FullScan = 0;
+    stLimits.m_i64Edge = 16 * 1024;
+    stLimits.m_i64Stretch = 1024;
+    stLimits.m_iSamples = 4;
+    CLS_Timeline stWhole, stSampled;
+    CLS_TimelineScanner(stSource, dTimeBase, dFrame).Build(stWhole);
+    CLS_TimelineScanner(stSource, dTimeBase, dFrame, stLimits).Build(stSampled);
+    QVERIFY(stSampled.HasJoins());
+    QCOMPARE(stSampled.LineEnd(), stWhole.LineEnd());
+
+    // Every picture lands where the whole read puts it, on a line of the
+    // 4 recorded seconds: the jump between the clocks is gone.
+    std::int64_t i64First = INT64_MAX;
+    int iPictures = 0;
+    AVPacket* pPacket = av_packet_alloc();
+    while (stSource.Read(pPacket) >= 0) {
+        const std::int64_t i64Time = pPacket->pts != AV_NOPTS_VALUE ? pPacket->pts : pPacket->dts;
+        if (pPacket->stream_index == stSource.VideoIndex() && i64Time != AV_NOPTS_VALUE) {
+            const std::int64_t i64Line = stSampled.ToLine(i64Time, pPacket->pos);
+            QCOMPARE(i64Line, stWhole.ToLine(i64Time, pPacket->pos));
+            i64First = std::min(i64First, i64Line);
+            ++iPictures;
+        }
+        av_packet_unref(pPacket);
+    }
+    av_packet_free(&pPacket);
+    QVERIFY(iPictures >= 50);
+    const double dSpan = (stSampled.LineEnd() - i64First) * dTimeBase;
+    QVERIFY2(dSpan > 3.5 && dSpan <= 4.0 + dFrame / 2, qPrintable(QString::number(dSpan)));
 }
 
 QTEST_GUILESS_MAIN(TestPlayerEngine)

@@ -141,7 +141,7 @@ CLS_NativeWindowSurface::CLS_NativeWindowSurface(std::int64_t _i64WindowId)
         return;
     }
     m_pImpl->uWindow = static_cast<xcb_window_t>(_i64WindowId);
-    // A connection of our own: drawing happens on the engine's video thread,
+    // A connection of our own: drawing happens on the engine's presenter thread,
     // which must not share the toolkit's.
     m_pImpl->pConnection = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(m_pImpl->pConnection)) {

@@ -37,7 +37,7 @@ private:
     void FillBlack();
     bool ScalePicture(const SVideoRect& _rect);
 
-    // Show and Clear come from the video thread, Refresh possibly from another.
+    // Show and Refresh come from the presenter thread, Clear from whoever stops it.
     std::mutex m_mutex;
     CLS_NativeWindowSurface m_surface;
     AVFrame* m_pLast = nullptr;

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string>
 
-#include "CLS_SharedLibrary.h"
+#include "PlatformLibrary.h"
 
 namespace RK_Framework::VideoPlayer {
 
@@ -19,19 +19,21 @@ const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
     if (s_pLibrary) return s_pLibrary;
     // Not loaded yet is the normal case of native-window playback: asked
     // again next time, since the module may load it later.
-    void* pHandle = CLS_SharedLibrary::FindLoaded("QGLRender", nullptr);
-    if (!pHandle) return nullptr;
+    const std::string strFileName = BriskPlatform::LibraryFileName("QGLRender");
+    BriskPlatform::LibraryHandle hLibrary = BriskPlatform::FindLoadedLibrary(strFileName);
+    if (!hLibrary) return nullptr;
     const auto fnIs = reinterpret_cast<FnIsRenderWidget>(
-        CLS_SharedLibrary::Symbol(pHandle, "QGL_IsRenderWidget"));
+        BriskPlatform::FindSymbol(hLibrary, "QGL_IsRenderWidget"));
     const auto fnPush =
-        reinterpret_cast<FnPushFrame>(CLS_SharedLibrary::Symbol(pHandle, "QGL_PushFrame"));
+        reinterpret_cast<FnPushFrame>(BriskPlatform::FindSymbol(hLibrary, "QGL_PushFrame"));
     const auto fnPushShared =
-        reinterpret_cast<FnPushShared>(CLS_SharedLibrary::Symbol(pHandle, "QGL_PushSharedFrame"));
-    const auto fnClear = reinterpret_cast<FnClear>(CLS_SharedLibrary::Symbol(pHandle, "QGL_Clear"));
+        reinterpret_cast<FnPushShared>(BriskPlatform::FindSymbol(hLibrary, "QGL_PushSharedFrame"));
+    const auto fnClear =
+        reinterpret_cast<FnClear>(BriskPlatform::FindSymbol(hLibrary, "QGL_Clear"));
     if (!fnIs || !fnPush || !fnClear) {
         if (!s_blBrokenReported) {
             std::fprintf(stderr, "video output: %s lacks the frame-sink entry points\n",
-                         CLS_SharedLibrary::FileName("QGLRender").c_str());
+                         strFileName.c_str());
             s_blBrokenReported = true;
         }
         return nullptr;

@@ -8,8 +8,8 @@ struct AVFrame;
 namespace RK_Framework::VideoPlayer {
 
 // Where decoded pictures go. One output serves one play handle. The engine's
-// video thread is the only caller of Show and Clear; Create is called on the
-// thread that calls Play.
+// presenter thread calls Show and Refresh; Clear comes once that thread has
+// stopped. Create is called on the thread that calls Play.
 class IVideoOutput
 {
 public:
@@ -29,7 +29,8 @@ public:
 
 // Picks the output for a play handle: a live QGLRender widget when QGLRender's
 // registry knows the handle, else a native window id drawn into directly.
-// 0 gives a null output that drops pictures (headless decoding, benchmarks).
+// 0 gives an output that discards pictures (headless decoding, benchmarks).
+// Never null.
 std::unique_ptr<IVideoOutput> CreateVideoOutput(std::int64_t playHandle);
 
 }  // namespace RK_Framework::VideoPlayer

@@ -24,6 +24,15 @@ LibraryHandle OpenLibrary(const std::string& _strUtf8Path)
     return hLibrary;
 }
 
+LibraryHandle FindLoadedLibrary(const std::string& _strFileName)
+{
+    // RTLD_NOLOAD matches the soname as well, whatever path the library was
+    // loaded from. The reference taken here is never dropped.
+    void* hLibrary = dlopen(_strFileName.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NOLOAD);
+    if (!hLibrary) RememberError();
+    return hLibrary;
+}
+
 void* FindSymbol(LibraryHandle _hLibrary, const char* _pName)
 {
     if (!_hLibrary || !_pName) return nullptr;

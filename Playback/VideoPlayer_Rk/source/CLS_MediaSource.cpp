@@ -35,9 +35,6 @@ bool CLS_MediaSource::Open(const std::string& _strPath, AVIOContext* _pIo)
         m_pFormat->pb = _pIo;
         m_pFormat->flags |= AVFMT_FLAG_CUSTOM_IO;
     }
-    // No made-up picture times: for packets that carry a decode time only
-    // (avi) the demuxer would take the next decode time, which with B-frames
-    // is not when the picture shows. The video decoder orders those itself.
     int iRet = avformat_open_input(&m_pFormat, _strPath.c_str(), nullptr, nullptr);
     if (iRet < 0) {
         char szError[AV_ERROR_MAX_STRING_SIZE] = {};

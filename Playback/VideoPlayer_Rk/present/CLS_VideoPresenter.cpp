@@ -7,7 +7,8 @@
 #include "CLS_PlayClock.h"
 #include "CLS_SessionState.h"
 #include "CLS_StepCache.h"
-#include "output/IVideoOutput.h"
+#include "IVideoOutput.h"
+#include "PlatformThread.h"
 
 extern "C" {
 #include <libavutil/frame.h>
@@ -20,9 +21,14 @@ using Clock = std::chrono::steady_clock;
 // Longest single sleep, so commands and pauses are picked up quickly.
 constexpr double kMaxSleep = 0.02;
 constexpr int kStepTimeoutMs = 4000;
+// How long the thread sleeps when there is nothing to time.
+constexpr double kIdleWait = 0.05;
+// A still picture is redrawn this often, so a native window follows its size.
 constexpr auto kRefreshInterval = std::chrono::milliseconds(250);
-// Wall seconds a picture may come late at high speed before decoding less.
+// Wall seconds a picture may come late at high speed before decoding less,
+// and how long a step down in decoding is given to take effect.
 constexpr double kLagLimit = 0.25;
+constexpr auto kLagRaiseInterval = std::chrono::milliseconds(500);
 // Seconds the picture clock may run off the sound before it is pulled back.
 constexpr double kAudioDriftLimit = 0.025;
 // Wall seconds behind that 1X playback catches up on rather than dropping.
@@ -43,7 +49,7 @@ CLS_VideoPresenter::~CLS_VideoPresenter()
 
 void CLS_VideoPresenter::Start()
 {
-    m_thread = std::thread([this] { Run(); });
+    m_thread = BriskPlatform::StartNamedThread("quill-present", [this] { Run(); });
 }
 
 void CLS_VideoPresenter::Join()
@@ -204,9 +210,7 @@ bool CLS_VideoPresenter::ForwardFromQueue()
             continue;
         }
         if (!stHead.m_pFrame) {
-            std::lock_guard<std::mutex> lock(m_mutex);
-            m_iEndSerial = stHead.m_iSerial;
-            m_cvDone.notify_all();
+            NoteStreamEnd(stHead.m_iSerial);
             return false;
         }
         Show(stHead, true);
@@ -214,6 +218,13 @@ bool CLS_VideoPresenter::ForwardFromQueue()
         return true;
     }
     return false;
+}
+
+void CLS_VideoPresenter::NoteStreamEnd(int _iSerial)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_iEndSerial = _iSerial;
+    m_cvDone.notify_all();
 }
 
 void CLS_VideoPresenter::CheckEnd()
@@ -233,129 +244,161 @@ void CLS_VideoPresenter::CheckEnd()
     if (fnEnd) fnEnd();
 }
 
+void CLS_VideoPresenter::TakePendingOutput()
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (!m_blOutputPending) return;
+    m_pOutput = std::move(m_pPendingOutput);
+    m_blOutputPending = false;
+    lock.unlock();
+    if (m_pOutput && m_stShown.m_pFrame) m_pOutput->Show(m_stShown.m_pFrame);
+}
+
+CLS_VideoPresenter::EM_Command CLS_VideoPresenter::PendingCommand()
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    return m_blCommandDone ? EM_Command::None : m_eCommand;
+}
+
+void CLS_VideoPresenter::CarryOut(EM_Command _eCommand)
+{
+    bool blResult = false;
+    ST_VideoFrame stNeighbour;
+    const bool blCurrent = m_iShownSerial.load() == m_state.m_iSerial.load();
+    if (_eCommand == EM_Command::Forward) {
+        if (blCurrent && m_cache.Next(m_stShown.m_llPts, stNeighbour)) {
+            Show(stNeighbour, false);
+            blResult = true;
+        } else {
+            blResult = ForwardFromQueue();
+        }
+    } else if (blCurrent && m_cache.Previous(m_stShown.m_llPts, stNeighbour)) {
+        Show(stNeighbour, false);
+        blResult = true;
+    }
+    if (blResult) m_clock.Set(m_stShown.m_dTime);
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_blCommandResult = blResult;
+    m_blCommandDone = true;
+    m_cvDone.notify_all();
+}
+
+bool CLS_VideoPresenter::TakeNext(ST_VideoFrame& _stNext, bool& _blFromCache)
+{
+    // One kept from stepping back comes first, else the decoder's.
+    _blFromCache = false;
+    const bool blCurrent = m_iShownSerial.load() == m_state.m_iSerial.load();
+    if (blCurrent && !m_blPaused.load() && m_cache.Next(m_stShown.m_llPts, _stNext)) {
+        _blFromCache = true;
+        return true;
+    }
+    if (!m_frames.Peek(_stNext, std::chrono::milliseconds(10))) {
+        CheckEnd();
+        if (m_blPaused.load() || m_blEndRaised.load()) IdleWait(kIdleWait);
+        return false;
+    }
+    if (_stNext.m_iSerial != m_state.m_iSerial.load()) {
+        if (m_frames.Pop(_stNext)) FreeVideoFrame(_stNext);
+        return false;
+    }
+    if (!_stNext.m_pFrame) {
+        m_frames.Pop(_stNext);
+        NoteStreamEnd(_stNext.m_iSerial);
+        return false;
+    }
+    if (_stNext.m_iSerial != m_iShownSerial.load()) {
+        // A new position: show its picture at once, paused or not.
+        m_frames.Pop(_stNext);
+        Show(_stNext, true);
+        m_clock.Set(m_stShown.m_dTime);
+        return false;
+    }
+    return true;
+}
+
+void CLS_VideoPresenter::RefreshWhilePaused()
+{
+    if (m_pOutput && Clock::now() - m_tpLastRefresh > kRefreshInterval) {
+        m_pOutput->Refresh();
+        m_tpLastRefresh = Clock::now();
+    }
+}
+
+double CLS_VideoPresenter::DueIn(const ST_VideoFrame& _stNext, double _dSpeed, double& _dMaster)
+{
+    _dMaster = MasterTime();
+    const double dDiff = _stNext.m_dTime - _dMaster;
+    // Joined recordings jump in their stamps: carry on from the new time.
+    if (dDiff > std::max(2.0, 4.0 * m_state.m_dFrameDuration) * std::max(1.0, _dSpeed) ||
+        _stNext.m_dTime < m_stShown.m_dTime - 0.5) {
+        m_clock.Set(_stNext.m_dTime);
+        _dMaster = _stNext.m_dTime;
+        return 0.0;
+    }
+    return dDiff;
+}
+
+bool CLS_VideoPresenter::DropIfNextDue(ST_VideoFrame& _stNext, double _dLate, double _dSpeed,
+                                       double _dMaster)
+{
+    // At 1X and below a short delay is caught up by showing the next
+    // pictures a little early; dropping is for real lateness.
+    const double dLateAllowed = _dSpeed > 1.0 ? 0.0 : kCatchUpLimit;
+    ST_VideoFrame stAfter;
+    if (_dLate <= dLateAllowed || !m_frames.PeekNext(stAfter) || !stAfter.m_pFrame ||
+        stAfter.m_iSerial != _stNext.m_iSerial || stAfter.m_dTime > _dMaster)
+        return false;
+    // Both are due: this one would only delay the next.
+    m_frames.Pop(_stNext);
+    FreeVideoFrame(_stNext);
+    if (_dSpeed == 1.0) ++m_u64Dropped;
+    return true;
+}
+
+void CLS_VideoPresenter::RaiseLagIfBehind(double _dLate, double _dSpeed)
+{
+    if (_dSpeed <= 1.0 || _dLate <= kLagLimit ||
+        Clock::now() - m_tpLastLagRaise <= kLagRaiseInterval)
+        return;
+    m_state.m_iLagLevel = std::min<int>(DECODE_KEYFRAMES_ONLY, m_state.m_iLagLevel.load() + 1);
+    m_tpLastLagRaise = Clock::now();
+}
+
 void CLS_VideoPresenter::Run()
 {
     m_tpLastLagRaise = Clock::now();
     while (!m_state.m_blAbort.load()) {
-        EM_Command eCommand = EM_Command::None;
-        {
-            std::unique_lock<std::mutex> lock(m_mutex);
-            if (m_blOutputPending) {
-                m_pOutput = std::move(m_pPendingOutput);
-                m_blOutputPending = false;
-                lock.unlock();
-                if (m_pOutput && m_stShown.m_pFrame) m_pOutput->Show(m_stShown.m_pFrame);
-                lock.lock();
-            }
-            if (!m_blCommandDone) eCommand = m_eCommand;
-        }
-        if (eCommand != EM_Command::None) {
-            bool blResult = false;
-            if (eCommand == EM_Command::Forward) {
-                ST_VideoFrame stNext;
-                if (m_iShownSerial.load() == m_state.m_iSerial.load() &&
-                    m_cache.Next(m_stShown.m_llPts, stNext)) {
-                    Show(stNext, false);
-                    blResult = true;
-                } else {
-                    blResult = ForwardFromQueue();
-                }
-            } else {
-                ST_VideoFrame stPrevious;
-                if (m_iShownSerial.load() == m_state.m_iSerial.load() &&
-                    m_cache.Previous(m_stShown.m_llPts, stPrevious)) {
-                    Show(stPrevious, false);
-                    blResult = true;
-                }
-            }
-            if (blResult) m_clock.Set(m_stShown.m_dTime);
-            std::lock_guard<std::mutex> lock(m_mutex);
-            m_blCommandResult = blResult;
-            m_blCommandDone = true;
-            m_cvDone.notify_all();
+        TakePendingOutput();
+        if (const EM_Command eCommand = PendingCommand(); eCommand != EM_Command::None) {
+            CarryOut(eCommand);
             continue;
         }
         if (!m_blRunning.load()) {
-            IdleWait(0.05);
+            IdleWait(kIdleWait);
             continue;
         }
-
-        // The next picture: one kept from stepping back, else the decoder's.
         ST_VideoFrame stNext;
         bool blFromCache = false;
-        const bool blCurrent = m_iShownSerial.load() == m_state.m_iSerial.load();
-        if (blCurrent && !m_blPaused.load() && m_cache.Next(m_stShown.m_llPts, stNext)) {
-            blFromCache = true;
-        } else if (!m_frames.Peek(stNext, std::chrono::milliseconds(10))) {
-            CheckEnd();
-            if (m_blPaused.load() || m_blEndRaised.load()) IdleWait(0.05);
-            continue;
-        }
-        if (!blFromCache) {
-            if (stNext.m_iSerial != m_state.m_iSerial.load()) {
-                if (m_frames.Pop(stNext)) FreeVideoFrame(stNext);
-                continue;
-            }
-            if (!stNext.m_pFrame) {
-                m_frames.Pop(stNext);
-                std::lock_guard<std::mutex> lock(m_mutex);
-                m_iEndSerial = stNext.m_iSerial;
-                m_cvDone.notify_all();
-                continue;
-            }
-            if (stNext.m_iSerial != m_iShownSerial.load()) {
-                // A new position: show its picture at once, paused or not.
-                m_frames.Pop(stNext);
-                Show(stNext, true);
-                m_clock.Set(m_stShown.m_dTime);
-                continue;
-            }
-        }
+        if (!TakeNext(stNext, blFromCache)) continue;
         if (m_blPaused.load()) {
             if (blFromCache) FreeVideoFrame(stNext);
-            if (m_pOutput && Clock::now() - m_tpLastRefresh > kRefreshInterval) {
-                m_pOutput->Refresh();
-                m_tpLastRefresh = Clock::now();
-            }
-            IdleWait(0.05);
+            RefreshWhilePaused();
+            IdleWait(kIdleWait);
             continue;
         }
-
         const double dSpeed = m_state.m_dSpeed.load();
-        double dMaster = MasterTime();
-        double dDiff = stNext.m_dTime - dMaster;
-        // Joined recordings jump in their stamps: carry on from the new time.
-        if (dDiff > std::max(2.0, 4.0 * m_state.m_dFrameDuration) * std::max(1.0, dSpeed) ||
-            stNext.m_dTime < m_stShown.m_dTime - 0.5) {
-            m_clock.Set(stNext.m_dTime);
-            dMaster = stNext.m_dTime;
-            dDiff = 0.0;
-        }
+        double dMaster = 0.0;
+        const double dDiff = DueIn(stNext, dSpeed, dMaster);
         if (dDiff > 0.0) {
             if (blFromCache) FreeVideoFrame(stNext);
             IdleWait(std::min(dDiff / dSpeed, kMaxSleep));
             continue;
         }
         if (!blFromCache) {
-            ST_VideoFrame stAfter;
-            // At 1X and below a short delay is caught up by showing the next
-            // pictures a little early; dropping is for real lateness.
-            const double dLateAllowed = dSpeed > 1.0 ? 0.0 : kCatchUpLimit;
-            if (-dDiff / dSpeed > dLateAllowed && m_frames.PeekNext(stAfter) && stAfter.m_pFrame &&
-                stAfter.m_iSerial == stNext.m_iSerial && stAfter.m_dTime <= dMaster) {
-                // Both are due: this one would only delay the next.
-                m_frames.Pop(stNext);
-                FreeVideoFrame(stNext);
-                if (dSpeed == 1.0) ++m_u64Dropped;
-                continue;
-            }
+            if (DropIfNextDue(stNext, -dDiff / dSpeed, dSpeed, dMaster)) continue;
             m_frames.Pop(stNext);
         }
-        if (dSpeed > 1.0 && -dDiff / dSpeed > kLagLimit &&
-            Clock::now() - m_tpLastLagRaise > std::chrono::milliseconds(500)) {
-            m_state.m_iLagLevel = std::min(2, m_state.m_iLagLevel.load() + 1);
-            m_tpLastLagRaise = Clock::now();
-        }
+        RaiseLagIfBehind(-dDiff / dSpeed, dSpeed);
         Show(stNext, !blFromCache);
     }
 }

@@ -42,8 +42,6 @@ public:
     void Start();
     void Join();
 
-    int Width() const;
-    int Height() const;
     // Bytes of one decoded picture (0 before the format is known).
     std::size_t PictureBytes() const;
 
@@ -86,7 +84,7 @@ private:
     bool m_blHaveLast = false;
     std::int64_t m_i64LastPts = 0;
     std::int64_t m_i64NominalTicks = 1;
-    int m_iLevel = 0;
+    int m_iLevel = DECODE_ALL;
     // Decode times of packets without picture times still inside the
     // decoder, in ascending order.
     std::vector<std::int64_t> m_vecDecodeTimes;

@@ -1,5 +1,11 @@
 #include "PlatformLibrary.h"
 
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
 #include <windows.h>
 
 namespace BriskPlatform {
@@ -14,6 +20,15 @@ LibraryHandle OpenLibrary(const std::string& _strUtf8Path)
         if (MultiByteToWideChar(65001, 0, _strUtf8Path.c_str(), -1, wszPath, 2048) > 0)
             hModule = LoadLibraryExW(wszPath, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     }
+    return reinterpret_cast<LibraryHandle>(hModule);
+}
+
+LibraryHandle FindLoadedLibrary(const std::string& _strFileName)
+{
+    HMODULE hModule = nullptr;
+    // Pinned: whoever loaded it may free their reference, ours stays.
+    if (!GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_PIN, _strFileName.c_str(), &hModule))
+        return nullptr;
     return reinterpret_cast<LibraryHandle>(hModule);
 }
 

@@ -12,8 +12,6 @@ extern "C" {
 namespace RK_Framework::VideoPlayer {
 
 namespace {
-// Byte positions sampled in a large file.
-constexpr int kSamples = 32;
 // A sample reads at most this many packets looking for a picture time.
 constexpr int kPacketsPerSample = 400;
 // Bounds on the whole scan, whatever the file: packets read, joins followed.
@@ -30,12 +28,7 @@ std::int64_t TimeOf(const AVPacket* _pPacket)
 }  // namespace
 
 CLS_TimelineScanner::CLS_TimelineScanner(CLS_MediaSource& _source, double _dTimeBase,
-                                         double _dFrameDuration)
-    : CLS_TimelineScanner(_source, _dTimeBase, _dFrameDuration, ST_Limits{})
-{}
-
-CLS_TimelineScanner::CLS_TimelineScanner(CLS_MediaSource& _source, double _dTimeBase,
-                                         double _dFrameDuration, ST_Limits _stLimits)
+                                         double _dFrameDuration, ST_TimelineScanLimits _stLimits)
     : m_source(_source),
       m_stLimits(_stLimits),
       m_dTimeBase(_dTimeBase > 0.0 ? _dTimeBase : 1.0 / 90000.0)
@@ -224,8 +217,9 @@ void CLS_TimelineScanner::BuildByReading(CLS_Timeline& _timeline)
         ReadStretch(0, i64Edge);
         ReadStretch(i64Size - i64Edge, i64Size);
         std::vector<ST_Sample> vecSamples;
-        for (int i = 0; i < kSamples; ++i)
-            vecSamples.push_back(SampleAt(i * (i64Size - i64Edge) / (kSamples - 1)));
+        const int iSamples = std::max(2, m_stLimits.m_iSamples);
+        for (int i = 0; i < iSamples; ++i)
+            vecSamples.push_back(SampleAt(i * (i64Size - i64Edge) / (iSamples - 1)));
         std::vector<double> vecRates;
         for (std::size_t i = 1; i < vecSamples.size(); ++i) {
             const ST_Sample& a = vecSamples[i - 1];

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <mutex>
 
@@ -35,19 +34,15 @@ public:
     // Frees everything queued.
     void Flush();
     void Abort();
-    void Reset();
 
     std::size_t Count() const;
     std::size_t Bytes() const;
-    // Sum of the queued packets' durations in stream time-base units.
-    std::int64_t Duration() const;
 
 private:
     mutable std::mutex m_mutex;
     std::condition_variable m_cvNotEmpty;
     std::deque<ST_Entry> m_dqEntries;
     std::size_t m_sizeBytes = 0;
-    std::int64_t m_i64Duration = 0;
     bool m_blAbort = false;
 };
 

@@ -88,24 +88,11 @@ void CLS_FrameQueue::Abort()
     m_cvChanged.notify_all();
 }
 
-void CLS_FrameQueue::Reset()
-{
-    Flush();
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_blAbort = false;
-}
-
 void CLS_FrameQueue::SetCapacity(std::size_t _sizeCapacity)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
     m_sizeCapacity = std::max<std::size_t>(1, _sizeCapacity);
     m_cvChanged.notify_all();
-}
-
-std::size_t CLS_FrameQueue::Capacity() const
-{
-    std::lock_guard<std::mutex> lock(m_mutex);
-    return m_sizeCapacity;
 }
 
 std::size_t CLS_FrameQueue::Count() const

@@ -38,8 +38,6 @@ public:
     void Clear();
 
     bool HasJoins() const { return m_vecParts.size() > 1; }
-    std::size_t PartCount() const { return m_vecParts.size(); }
-    const ST_TimelinePart& Part(std::size_t _sizeIndex) const { return m_vecParts[_sizeIndex]; }
     // A later part's clock does not lie after every earlier one's: the
     // container cannot find a time by bisection, only a byte position can.
     bool SeeksByByte() const { return m_blByByte; }

@@ -10,13 +10,8 @@ double CLS_PlayClock::NowLocked(Clock::time_point _tpNow) const
 
 double CLS_PlayClock::Get() const
 {
-    return Get(Clock::now());
-}
-
-double CLS_PlayClock::Get(Clock::time_point _tpNow) const
-{
     std::lock_guard<std::mutex> lock(m_mutex);
-    return NowLocked(_tpNow);
+    return NowLocked(Clock::now());
 }
 
 void CLS_PlayClock::Set(double _dMediaSeconds)
@@ -35,12 +30,6 @@ void CLS_PlayClock::SetSpeed(double _dSpeed)
     m_dSpeed = _dSpeed;
 }
 
-double CLS_PlayClock::Speed() const
-{
-    std::lock_guard<std::mutex> lock(m_mutex);
-    return m_dSpeed;
-}
-
 void CLS_PlayClock::SetPaused(bool _blPaused)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
@@ -48,12 +37,6 @@ void CLS_PlayClock::SetPaused(bool _blPaused)
     m_dBase = NowLocked(tpNow);
     m_tpBase = tpNow;
     m_blPaused = _blPaused;
-}
-
-bool CLS_PlayClock::Paused() const
-{
-    std::lock_guard<std::mutex> lock(m_mutex);
-    return m_blPaused;
 }
 
 }  // namespace RK_Framework::VideoPlayer

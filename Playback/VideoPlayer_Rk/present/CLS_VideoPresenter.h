@@ -19,7 +19,7 @@ class CLS_SessionState;
 class CLS_StepCache;
 class IVideoOutput;
 
-// The video thread: shows each picture when the clock reaches it, drops
+// The presenter thread: shows each picture when the clock reaches it, drops
 // pictures only when the next one is due as well, carries out frame steps
 // and reports the end of the file once the last picture has had its time.
 class CLS_VideoPresenter
@@ -63,7 +63,6 @@ public:
     int ShownSerial() const { return m_iShownSerial.load(); }
     long long ShownPts() const { return m_llShownPts.load(); }
     double ShownTime() const { return m_dShownTime.load(); }
-    bool AtEnd() const { return m_blEndRaised.load(); }
     std::uint64_t DroppedFrames() const { return m_u64Dropped.load(); }
     std::uint64_t ShownFrames() const { return m_u64Shown.load(); }
 
@@ -71,12 +70,33 @@ private:
     enum class EM_Command { None, Forward, BackCached };
 
     void Run();
+    // Caller side of a step: hands it to the thread and waits for the answer.
     bool RunCommand(EM_Command _eCommand);
-    bool ForwardFromQueue();
-    void Show(ST_VideoFrame& _stFrame, bool _blFromQueue);
-    void CheckEnd();
     double MasterTime();
     void IdleWait(double _dSeconds);
+    void Show(ST_VideoFrame& _stFrame, bool _blFromQueue);
+
+    // The thread's own steps, in the order Run takes them.
+    // Switches to an output handed over by SetOutput, showing the picture on
+    // screen in it.
+    void TakePendingOutput();
+    EM_Command PendingCommand();
+    void CarryOut(EM_Command _eCommand);
+    bool ForwardFromQueue();
+    // The next picture to time: a kept one after the one on screen, else the
+    // queue's head (left queued). False when there is none to time now; a
+    // stale head, the stream's end and a new position are dealt with here.
+    bool TakeNext(ST_VideoFrame& _stNext, bool& _blFromCache);
+    void RefreshWhilePaused();
+    // Seconds until _stNext is due (negative: late) and the master time it
+    // was measured against.
+    double DueIn(const ST_VideoFrame& _stNext, double _dSpeed, double& _dMaster);
+    // Drops the queue's head when the picture after it is due as well.
+    bool DropIfNextDue(ST_VideoFrame& _stNext, double _dLate, double _dSpeed, double _dMaster);
+    // Pictures late at high speed make the decoder decode less.
+    void RaiseLagIfBehind(double _dLate, double _dSpeed);
+    void NoteStreamEnd(int _iSerial);
+    void CheckEnd();
 
     CLS_SessionState& m_state;
     CLS_FrameQueue& m_frames;

@@ -18,10 +18,7 @@ void CLS_PacketQueue::Put(AVPacket* _pPacket, int _iSerial)
         av_packet_free(&_pPacket);
         return;
     }
-    if (_pPacket) {
-        m_sizeBytes += static_cast<std::size_t>(_pPacket->size);
-        if (_pPacket->duration > 0) m_i64Duration += _pPacket->duration;
-    }
+    if (_pPacket) m_sizeBytes += static_cast<std::size_t>(_pPacket->size);
     m_dqEntries.push_back({_pPacket, _iSerial});
     m_cvNotEmpty.notify_one();
 }
@@ -35,10 +32,7 @@ bool CLS_PacketQueue::Get(ST_Entry& _stEntry, std::chrono::milliseconds _timeout
     if (m_blAbort) return false;
     _stEntry = m_dqEntries.front();
     m_dqEntries.pop_front();
-    if (_stEntry.m_pPacket) {
-        m_sizeBytes -= static_cast<std::size_t>(_stEntry.m_pPacket->size);
-        if (_stEntry.m_pPacket->duration > 0) m_i64Duration -= _stEntry.m_pPacket->duration;
-    }
+    if (_stEntry.m_pPacket) m_sizeBytes -= static_cast<std::size_t>(_stEntry.m_pPacket->size);
     return true;
 }
 
@@ -49,7 +43,6 @@ void CLS_PacketQueue::Flush()
         av_packet_free(&stEntry.m_pPacket);
     m_dqEntries.clear();
     m_sizeBytes = 0;
-    m_i64Duration = 0;
 }
 
 void CLS_PacketQueue::Abort()
@@ -57,13 +50,6 @@ void CLS_PacketQueue::Abort()
     std::lock_guard<std::mutex> lock(m_mutex);
     m_blAbort = true;
     m_cvNotEmpty.notify_all();
-}
-
-void CLS_PacketQueue::Reset()
-{
-    Flush();
-    std::lock_guard<std::mutex> lock(m_mutex);
-    m_blAbort = false;
 }
 
 std::size_t CLS_PacketQueue::Count() const
@@ -76,12 +62,6 @@ std::size_t CLS_PacketQueue::Bytes() const
 {
     std::lock_guard<std::mutex> lock(m_mutex);
     return m_sizeBytes;
-}
-
-std::int64_t CLS_PacketQueue::Duration() const
-{
-    std::lock_guard<std::mutex> lock(m_mutex);
-    return m_i64Duration;
 }
 
 }  // namespace RK_Framework::VideoPlayer

@@ -14,12 +14,9 @@ public:
     using Clock = std::chrono::steady_clock;
 
     double Get() const;
-    double Get(Clock::time_point _tpNow) const;
     void Set(double _dMediaSeconds);
     void SetSpeed(double _dSpeed);
-    double Speed() const;
     void SetPaused(bool _blPaused);
-    bool Paused() const;
 
 private:
     double NowLocked(Clock::time_point _tpNow) const;

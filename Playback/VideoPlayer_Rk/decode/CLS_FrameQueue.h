@@ -16,7 +16,7 @@ struct ST_VideoFrame
 {
     AVFrame* m_pFrame = nullptr;  // null: end of stream for this serial
     int m_iSerial = 0;
-    long long m_llPts = 0;     // stream time base, after filling gaps
+    long long m_llPts = 0;     // place on the timeline (video time base), gaps filled
     double m_dTime = 0.0;      // seconds from the first picture
     double m_dDuration = 0.0;  // seconds this picture stays on screen at 1X
     // The step cache already holds the pictures just before this one.
@@ -47,11 +47,9 @@ public:
     // Wakes a waiting producer (after the latest serial changed).
     void Wake();
     void Abort();
-    void Reset();
     // A picture size known only once the stream is open changes how many
     // pictures fit the memory the queue may hold.
     void SetCapacity(std::size_t _sizeCapacity);
-    std::size_t Capacity() const;
     std::size_t Count() const;
 
 private:

@@ -9,6 +9,7 @@
 #include "CLS_AudioOutput.h"
 #include "CLS_PacketQueue.h"
 #include "CLS_SessionState.h"
+#include "PlatformThread.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -65,7 +66,7 @@ int CLS_AudioDecoder::Channels() const
 
 void CLS_AudioDecoder::Start()
 {
-    m_thread = std::thread([this] { Run(); });
+    m_thread = BriskPlatform::StartNamedThread("quill-adecode", [this] { Run(); });
 }
 
 void CLS_AudioDecoder::Join()

@@ -9,6 +9,15 @@ namespace RK_Framework::VideoPlayer {
 
 class CLS_MediaSource;
 
+// How much of a file the timeline scanner reads.
+struct ST_TimelineScanLimits
+{
+    std::int64_t m_i64FullScan = 16 * 1024 * 1024;  // files up to this (bytes) are read through
+    std::int64_t m_i64Edge = 1024 * 1024;           // bytes read at either end of larger ones
+    std::int64_t m_i64Stretch = 2 * 1024 * 1024;    // bisection stops below this many bytes
+    int m_iSamples = 32;                            // byte positions sampled in between
+};
+
 // Finds where recordings are joined in a file before it plays, at a bounded
 // cost however large the file: an index, where the container has one, lists
 // every picture time; otherwise a small file is read through, and a large one
@@ -18,25 +27,14 @@ class CLS_MediaSource;
 class CLS_TimelineScanner
 {
 public:
-    // How much is read, in bytes.
-    struct ST_Limits
-    {
-        std::int64_t m_i64FullScan = 16 * 1024 * 1024;  // files up to this are read through
-        std::int64_t m_i64Edge = 1024 * 1024;           // read at either end of larger ones
-        std::int64_t m_i64Stretch = 2 * 1024 * 1024;    // bisection stops below this
-    };
-
     // _dTimeBase: seconds per video tick; _dFrameDuration: nominal seconds
     // per picture.
-    CLS_TimelineScanner(CLS_MediaSource& _source, double _dTimeBase, double _dFrameDuration);
     CLS_TimelineScanner(CLS_MediaSource& _source, double _dTimeBase, double _dFrameDuration,
-                        ST_Limits _stLimits);
+                        ST_TimelineScanLimits _stLimits = {});
 
     // Fills _timeline (no joins found: a timeline without joins) and leaves
     // the source at the start of its data when it had to read.
     void Build(CLS_Timeline& _timeline);
-    // Packets read by the last Build.
-    int PacketsRead() const { return m_iReads; }
 
 private:
     struct ST_Sample
@@ -65,7 +63,7 @@ private:
     bool IsJump(std::int64_t _i64Previous, std::int64_t _i64Next) const;
 
     CLS_MediaSource& m_source;
-    ST_Limits m_stLimits;
+    ST_TimelineScanLimits m_stLimits;
     double m_dTimeBase;
     std::int64_t m_i64FrameTicks;
     std::int64_t m_i64JumpTicks;

@@ -6,6 +6,7 @@
 #include "CLS_MediaSource.h"
 #include "CLS_PacketQueue.h"
 #include "CLS_StepCache.h"
+#include "PlatformThread.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -84,7 +85,7 @@ bool CLS_VideoDecoder::OpenCodec(int _iThreads, std::string& _strError)
         return false;
     }
     m_iThreads = _iThreads;
-    m_iLevel = 0;
+    m_iLevel = DECODE_ALL;
     return true;
 }
 
@@ -155,7 +156,7 @@ bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacke
 
 void CLS_VideoDecoder::Start()
 {
-    m_thread = std::thread([this] { Run(); });
+    m_thread = BriskPlatform::StartNamedThread("quill-vdecode", [this] { Run(); });
 }
 
 void CLS_VideoDecoder::Join()
@@ -181,20 +182,21 @@ void CLS_VideoDecoder::BeginSerial(int _iSerial)
 int CLS_VideoDecoder::DiscardLevel() const
 {
     const double dSpeed = m_state.m_dSpeed.load();
-    if (dSpeed <= 1.0 || m_stSeek.m_i64Target != INT64_MIN) return 0;
+    if (dSpeed <= 1.0 || m_stSeek.m_i64Target != INT64_MIN) return DECODE_ALL;
     const double dLoad = dSpeed / m_state.m_dFrameDuration * m_dCostPerFrame;
-    int iLevel = 0;
-    if (dLoad > kDecodeBudget) iLevel = dLoad * 0.5 > kDecodeBudget ? 2 : 1;
-    return std::min(2, std::max(iLevel, m_state.m_iLagLevel.load()));
+    int iLevel = DECODE_ALL;
+    if (dLoad > kDecodeBudget)
+        iLevel = dLoad * 0.5 > kDecodeBudget ? DECODE_KEYFRAMES_ONLY : DECODE_SKIP_NONREF;
+    return std::min<int>(DECODE_KEYFRAMES_ONLY, std::max(iLevel, m_state.m_iLagLevel.load()));
 }
 
 void CLS_VideoDecoder::ApplyDiscard(int _iLevel)
 {
     if (_iLevel == m_iLevel || !m_pCodec) return;
     m_iLevel = _iLevel;
-    m_pCodec->skip_frame = _iLevel == 0   ? AVDISCARD_DEFAULT
-                           : _iLevel == 1 ? AVDISCARD_NONREF
-                                          : AVDISCARD_NONKEY;
+    m_pCodec->skip_frame = _iLevel == DECODE_ALL           ? AVDISCARD_DEFAULT
+                           : _iLevel == DECODE_SKIP_NONREF ? AVDISCARD_NONREF
+                                                           : AVDISCARD_NONKEY;
 }
 
 void CLS_VideoDecoder::Run()
@@ -219,7 +221,7 @@ void CLS_VideoDecoder::Run()
         }
         m_blWaitKey = false;
         ApplyDiscard(DiscardLevel());
-        if (m_iLevel == 2 && !blKey) {
+        if (m_iLevel == DECODE_KEYFRAMES_ONLY && !blKey) {
             av_packet_free(&pPacket);
             continue;
         }
@@ -249,7 +251,7 @@ void CLS_VideoDecoder::Feed(const AVPacket* _pPacket)
             continue;
         }
         av_frame_move_ref(pFrame, m_pScratch);
-        if (m_iLevel == 0 && _pPacket) {
+        if (m_iLevel == DECODE_ALL && _pPacket) {
             const double dSpent = std::chrono::duration<double>(Clock::now() - tpStart).count();
             m_dCostPerFrame = 0.95 * m_dCostPerFrame + 0.05 * (dSpent / iFrames);
         }

@@ -3,6 +3,7 @@
 #include "CLS_MediaSource.h"
 #include "CLS_PacketQueue.h"
 #include "CLS_SessionState.h"
+#include "PlatformThread.h"
 
 extern "C" {
 #include <libavformat/avformat.h>
@@ -30,7 +31,7 @@ CLS_Demuxer::~CLS_Demuxer()
 
 void CLS_Demuxer::Start()
 {
-    m_thread = std::thread([this] { Run(); });
+    m_thread = BriskPlatform::StartNamedThread("quill-demux", [this] { Run(); });
 }
 
 void CLS_Demuxer::Join()

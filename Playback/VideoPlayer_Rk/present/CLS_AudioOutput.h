@@ -27,7 +27,6 @@ public:
     // False when there is no sound device (not an error: the picture plays on).
     bool Open(int _iSampleRate, int _iChannels);
     void Close();
-    bool IsOpen() const { return m_uiDevice != 0; }
     int SampleRate() const { return m_iRate; }
     int Channels() const { return m_iChannels; }
 
@@ -39,7 +38,6 @@ public:
 
     void SetVolume(int _iPercent);
     void SetSoundOn(bool _blOn);
-    bool SoundOn() const { return m_blSoundOn.load(); }
     void SetPaused(bool _blPaused);
     // Media time the listener hears now; false while sound does not lead.
     bool MasterTime(double& _dTime) const;
