@@ -94,7 +94,11 @@ private:
             pInput->setText(_qstrInput);
         QPointer<QWidget> pAnswered(pBox);
         pBox->findChild<QDialogButtonBox*>()->button(_button)->click();
-        QTRY_VERIFY_WITH_TIMEOUT(!pAnswered || !pAnswered->isVisible(), kHangMs);
+        const auto answered = [&pAnswered]() {
+            QWidget* pWidget = pAnswered.data();
+            return pWidget == nullptr || pWidget->isHidden();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(answered(), kHangMs);
     }
     QJsonObject HistroyEntry()
     {
