@@ -10,7 +10,12 @@ cd "$(dirname "$0")"
 source scripts/common.sh
 
 quill_install_dependencies
-quill_build build
+# After the first build, ninja alone knows when to configure again.
+if [ -f build/build.ninja ]; then
+  cmake --build build -j "${QUILL_JOBS}"
+else
+  quill_build build
+fi
 
 args=("$@")
 if [ ${#args[@]} -eq 0 ] || [[ "${args[0]}" == -* ]]; then

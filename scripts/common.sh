@@ -12,10 +12,12 @@ QUILL_JOBS=$(nproc 2>/dev/null || echo 2)
 quill_install_dependencies() {
   local missing=()
   local pkg
+  # One query for the whole list: a package dpkg does not know is missing too.
+  local installed
+  installed=$(dpkg-query -W -f='${Package} ${Status}\n' "${QUILL_PACKAGES[@]}" 2>/dev/null |
+    awk '$NF == "installed" {print $1}')
   for pkg in "${QUILL_PACKAGES[@]}"; do
-    if ! dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q "install ok installed"; then
-      missing+=("$pkg")
-    fi
+    grep -qx "$pkg" <<<"$installed" || missing+=("$pkg")
   done
   [ ${#missing[@]} -eq 0 ] && return 0
   echo "Installing: ${missing[*]}"

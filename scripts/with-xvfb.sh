@@ -8,7 +8,7 @@ if [ $# -eq 0 ]; then
   exit 2
 fi
 dir=$(mktemp -d "${TMPDIR:-/tmp}/quill-xvfb.XXXXXX")
-Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp -noreset 3>"$dir/display" 2>"$dir/log" &
+Xvfb -displayfd 3 -screen 0 1920x1080x24 -dpi 96 -nolisten tcp -noreset 3>"$dir/display" 2>"$dir/log" &
 xvfb=$!
 cleanup() {
   kill "$xvfb" 2>/dev/null
