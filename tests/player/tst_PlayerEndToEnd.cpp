@@ -22,6 +22,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <random>
 
 namespace {
 
@@ -174,6 +175,35 @@ private slots:
         QVERIFY(pHistroy->findChild<QListWidget*>()->count() >= 1);
         QVERIFY(QMetaObject::invokeMethod(pHistroy, "SlotItelBtnClicked", Q_ARG(QString, m_qstrClip)));
         QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= iKept, kHangMs);
+    }
+
+    // Commands faster than the engine answers them, in any order: nothing
+    // hangs, and the window still plays the next file.
+    void commandsInQuickSuccession()
+    {
+        OpenClip();
+        QObject* pBar = Find("WgtControlBar");
+        const char* const arrSignals[] = {"SignVideoPlayOrPause", "SignFastPlay", "SignSlowPlay",
+                                          "SignStepUp", "SignStop", "SignSliderClicked",
+                                          "SignSliderMoved", "SignSpeedChange"};
+        std::mt19937 random(20261125);
+        for (int i = 0; i < 300; ++i) {
+            const char* pSignal = arrSignals[random() % 8];
+            if (i % 40 == 39)
+                dynamic_cast<CLS_ViewBasic*>(m_pDialog.get())
+                    ->DoBusinessRequest(QStringLiteral("OpenVideoFile"), {{"PlayUrl", m_qstrClip}}, {});
+            else if (QByteArray(pSignal).startsWith("SignSlider"))
+                QMetaObject::invokeMethod(pBar, pSignal, Q_ARG(int, static_cast<int>(random() % 101)));
+            else if (QByteArray(pSignal) == "SignSpeedChange")
+                QMetaObject::invokeMethod(pBar, pSignal, Q_ARG(int, static_cast<int>(random() % 9)));
+            else
+                QMetaObject::invokeMethod(pBar, pSignal);
+            if (i % 5 == 0) QCoreApplication::processEvents();
+        }
+        Bar("SignStop");
+        OpenClip();
+        const int iPlayed = PlayedShown();
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() > iPlayed, kHangMs);
     }
 
     void fullScreen()
