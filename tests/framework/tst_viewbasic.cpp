@@ -2,11 +2,9 @@
 // other modules made through their libraries.
 #include "CLS_PresenterBasic.h"
 #include "CLS_ViewBasic.h"
-#include "FrameworkTestUtil.h"
-#include "QuillTestSupport.h"
+#include "ServiceFixture.h"
 
 #include <QLabel>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -63,8 +61,7 @@ class TestViewBasic : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void cleanupTestCase() { FrameworkTest::StopTaskPool(); }
+    void initTestCase() { QVERIFY(m_services.IsReady()); }
     void viewWithoutPresenterSaysSoAtEveryInit();
     void showingRunsInitFirst();
     void resultsReachTheAskingViewOnly();
@@ -73,17 +70,10 @@ private slots:
     void missingModuleGivesNull();
 
 private:
-    QStringList Log() const
-    {
-        return FrameworkTest::ReadLog(m_tmpLogDir.path(), QString::fromLatin1(kChannel));
-    }
-    QTemporaryDir m_tmpLogDir;
-};
+    QStringList Log() const { return m_services.LogRecords(QString::fromLatin1(kChannel)); }
 
-void TestViewBasic::initTestCase()
-{
-    QVERIFY(FrameworkTest::StartLogging(m_tmpLogDir.path()));
-}
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Log, QuillTest::Service::TaskPool};
+};
 
 void TestViewBasic::viewWithoutPresenterSaysSoAtEveryInit()
 {
@@ -145,16 +135,15 @@ void TestViewBasic::emptyResultStaysSilent()
     view.Init();
     QSignalSpy spy(&view, &CLS_ViewBasic::SignRequestTaskRsulted);
     view.SendPresenterRequest(QStringLiteral("quiet"), {}, QStringLiteral("u-q"));
+    // The view answers in the same call that handles the result.
     QTRY_COMPARE(view.m_iHandled, 1);
-    QCoreApplication::processEvents();
     QCOMPARE(spy.count(), 0);
 }
 
 void TestViewBasic::createsViewsOfOtherModules()
 {
-    QuillTest::ScopedWorkDir workDir;
     QVERIFY(QFile::link(QStringLiteral(FIXTURE_VIEW_MODULE),
-                        workDir.FilePath(QStringLiteral("libFixtureViewModule.so"))));
+                        m_services.WorkDir().FilePath(QStringLiteral("libFixtureViewModule.so"))));
     std::unique_ptr<QWidget> pView(CLS_ViewBasic::GetWgtView(
         QStringLiteral("FixtureViewModule"), {{QStringLiteral("name"), QStringLiteral("made")}}));
     QVERIFY(pView);
@@ -164,11 +153,9 @@ void TestViewBasic::createsViewsOfOtherModules()
 
 void TestViewBasic::missingModuleGivesNull()
 {
-    QuillTest::ScopedWorkDir workDir;
     QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
     QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
-    const QStringList qlstLog =
-        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("default"));
+    const QStringList qlstLog = m_services.LogRecords(QStringLiteral("default"));
     QCOMPARE(qlstLog.filter(QStringLiteral("Request Fail_strModuleName:[NoSuchModule]")).size(), 2);
 }
 

@@ -2,7 +2,7 @@
 #include "CLS_Player7ListItemDelegate.h"
 #include "CLS_PlayerToolButton.h"
 #include "CLS_WgtPlayerSlider.h"
-#include "ChromeTestSupport.h"
+#include "ServiceFixture.h"
 
 #include <QApplication>
 #include <QListView>
@@ -16,6 +16,16 @@ namespace {
 
 // The fill colour of the test palette; the highlight is red.
 constexpr QRgb kFill = 0x202020;
+
+int CountPixels(const QImage& _img, const QRect& _rc, QRgb _rgb)
+{
+    int iCount = 0;
+    const QRect rcClip = _rc.intersected(_img.rect());
+    for (int y = rcClip.top(); y <= rcClip.bottom(); ++y)
+        for (int x = rcClip.left(); x <= rcClip.right(); ++x)
+            if ((_img.pixel(x, y) & 0xffffff) == (_rgb & 0xffffff)) ++iCount;
+    return iCount;
+}
 
 int CountReddish(const QImage& _img)
 {
@@ -70,11 +80,11 @@ private slots:
     {
         // The colour service reads the active skin's palette below the current
         // directory; this one gives colours a pixel test can tell apart.
-        QVERIFY(m_workDir.WriteFile(
+        QVERIFY(m_services.IsReady());
+        QVERIFY(m_services.WorkDir().WriteFile(
             QStringLiteral("resource/skin/dark/palette.json"),
             R"({"Common": {"<BgColor_Common>": "#202020", "<FontColor_Common>": "#d0d0d0"},
                 "ModulePassengerFlowStatistic": {"<FontColor_Pass>": "#ff2020"}})"));
-        QVERIFY(ChromeTest::InitParamService(m_workDir.FilePath(QStringLiteral("params.json"))));
     }
 
     void sliderPressJumpsAndReleaseReports()
@@ -115,22 +125,20 @@ private slots:
         QImage img = slider.grab().toImage();
         // Two-pixel yellow bars at 50 and 150, visible above and below the red
         // stretch, which is inset seven pixels top and bottom.
-        QCOMPARE(ChromeTest::CountPixels(img, QRect(50, 0, 2, 7), yellow), 14);
-        QCOMPARE(ChromeTest::CountPixels(img, QRect(150, 23, 2, 7), yellow), 14);
-        QCOMPARE(ChromeTest::CountPixels(img, QRect(50, 7, 102, 16), red), 102 * 16);
-        QCOMPARE(ChromeTest::CountPixels(img, img.rect(), red), 102 * 16);
+        QCOMPARE(CountPixels(img, QRect(50, 0, 2, 7), yellow), 14);
+        QCOMPARE(CountPixels(img, QRect(150, 23, 2, 7), yellow), 14);
+        QCOMPARE(CountPixels(img, QRect(50, 7, 102, 16), red), 102 * 16);
+        QCOMPARE(CountPixels(img, img.rect(), red), 102 * 16);
 
         slider.ClearCutPos();
         img = slider.grab().toImage();
-        QCOMPARE(ChromeTest::CountPixels(img, img.rect(), yellow) +
-                     ChromeTest::CountPixels(img, img.rect(), red),
-                 0);
+        QCOMPARE(CountPixels(img, img.rect(), yellow) + CountPixels(img, img.rect(), red), 0);
 
         // Cuts on the same pixel mark it but select nothing.
         slider.SetCutPos(0.5, 50, 0.5, 50);
         img = slider.grab().toImage();
-        QCOMPARE(ChromeTest::CountPixels(img, QRect(100, 0, 2, 30), yellow), 60);
-        QCOMPARE(ChromeTest::CountPixels(img, img.rect(), red), 0);
+        QCOMPARE(CountPixels(img, QRect(100, 0, 2, 30), yellow), 60);
+        QCOMPARE(CountPixels(img, img.rect(), red), 0);
     }
 
     void toolButtonStateRestylesAtOnce()
@@ -183,7 +191,7 @@ private slots:
         const QImage imgPlain = Render(entry.Index(), QSize(80, 30), {});
         QCOMPARE(Rgb(imgPlain, 5, 15), kFill);
         QCOMPARE(CountReddish(imgPlain), 0);
-        QVERIFY(ChromeTest::CountPixels(imgPlain, imgPlain.rect(), kFill) < 80 * 30);  // text drawn
+        QVERIFY(CountPixels(imgPlain, imgPlain.rect(), kFill) < 80 * 30);  // text drawn
         const QImage imgHover = Render(entry.Index(), QSize(80, 30), QStyle::State_MouseOver);
         QVERIFY2(CountReddish(imgHover) > 10, "hovered text not drawn in the highlight colour");
         QCOMPARE(Render(entry.Index(), QSize(80, 30), QStyle::State_Selected), imgHover);
@@ -197,7 +205,8 @@ private slots:
     }
 
 private:
-    QuillTest::ScopedWorkDir m_workDir;
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Param,
+                                         QuillTest::Service::ColorManage};
 };
 
 QTEST_MAIN(TestChromeControls)

@@ -1,6 +1,6 @@
 #include "CLS_LogService.h"
 #include "KoLogApi.h"
-#include "ServiceLibrary.h"
+#include "ServiceFixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -19,11 +19,14 @@ class tst_KoLog : public QObject
 private slots:
     void initTestCase()
     {
-        QVERIFY(m_tmpDir.isValid() && m_library.Load());
-        m_pfnInit = m_library.Get<KoLogApi::InitFn>("Init");
-        m_pfnSetConfig = m_library.Get<KoLogApi::SetLoggerConfigFn>("SetLoggerConfig");
-        m_pfnPrint = m_library.Get<KoLogApi::PrintLogFn>("PrintLog");
-        m_pfnUnInit = m_library.Get<KoLogApi::UnInitFn>("UnInit");
+        using QuillTest::Service;
+        using QuillTest::ServiceFunction;
+        QVERIFY(m_tmpDir.isValid());
+        m_pfnInit = ServiceFunction<KoLogApi::InitFn>(Service::Log, "Init");
+        m_pfnSetConfig =
+            ServiceFunction<KoLogApi::SetLoggerConfigFn>(Service::Log, "SetLoggerConfig");
+        m_pfnPrint = ServiceFunction<KoLogApi::PrintLogFn>(Service::Log, "PrintLog");
+        m_pfnUnInit = ServiceFunction<KoLogApi::UnInitFn>(Service::Log, "UnInit");
         QVERIFY(m_pfnInit && m_pfnSetConfig && m_pfnPrint && m_pfnUnInit);
     }
 
@@ -156,7 +159,6 @@ private:
         return m_pfnInit(m_tmpDir.filePath(_qstrDir).toStdString(), _iLevel);
     }
 
-    ServiceLibrary m_library{KoLogApi::kLibraryName};
     KoLogApi::InitFn m_pfnInit = nullptr;
     KoLogApi::SetLoggerConfigFn m_pfnSetConfig = nullptr;
     KoLogApi::PrintLogFn m_pfnPrint = nullptr;

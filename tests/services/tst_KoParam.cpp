@@ -1,6 +1,6 @@
 #include "CLS_ParamStore.h"
 #include "KoParamApi.h"
-#include "ServiceLibrary.h"
+#include "ServiceFixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,13 +35,15 @@ class tst_KoParam : public QObject
 private slots:
     void valuesPersistAcrossUnInitAndInit()
     {
-        ServiceLibrary library(KoParamApi::kLibraryName);
-        QVERIFY(m_tmpDir.isValid() && library.Load());
-        const auto pfnInit = library.Get<KoParamApi::InitFn>("Init");
-        const auto pfnSet = library.Get<KoParamApi::SetParamFn>("SetParam");
-        const auto pfnGet = library.Get<KoParamApi::GetParamFn>("GetParam");
-        const auto pfnDelete = library.Get<KoParamApi::DeleteParamFn>("DeleteParam");
-        const auto pfnUnInit = library.Get<KoParamApi::UnInitFn>("UnInit");
+        using QuillTest::Service;
+        using QuillTest::ServiceFunction;
+        QVERIFY(m_tmpDir.isValid());
+        const auto pfnInit = ServiceFunction<KoParamApi::InitFn>(Service::Param, "Init");
+        const auto pfnSet = ServiceFunction<KoParamApi::SetParamFn>(Service::Param, "SetParam");
+        const auto pfnGet = ServiceFunction<KoParamApi::GetParamFn>(Service::Param, "GetParam");
+        const auto pfnDelete =
+            ServiceFunction<KoParamApi::DeleteParamFn>(Service::Param, "DeleteParam");
+        const auto pfnUnInit = ServiceFunction<KoParamApi::UnInitFn>(Service::Param, "UnInit");
         QVERIFY(pfnInit && pfnSet && pfnGet && pfnDelete && pfnUnInit);
         QVERIFY(!pfnSet("SystemConfig", "skin", "light"));
 

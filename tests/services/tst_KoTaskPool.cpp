@@ -1,7 +1,7 @@
 #include "CLS_TaskPool.h"
 #include "KoLogApi.h"
 #include "KoTaskPoolApi.h"
-#include "ServiceLibrary.h"
+#include "ServiceFixture.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -181,15 +181,17 @@ private slots:
 
     void exceptionsAreLoggedAndPoolKeepsWorking()
     {
-        QTemporaryDir logDir;
-        ServiceLibrary log(KoLogApi::kLibraryName), pool(KoTaskPoolApi::kLibraryName);
-        QVERIFY(logDir.isValid() && log.Load() && pool.Load());
-        QVERIFY(log.Get<KoLogApi::InitFn>("Init")(logDir.path().toStdString(), 0));
-        const auto pfnAdd = pool.Get<KoTaskPoolApi::AddTmpTaskFn>("AddTmpTask");
-        const auto pfnAddLoop = pool.Get<KoTaskPoolApi::AddLoopTaskFn>("AddLoopTask");
-        const auto pfnKill = pool.Get<KoTaskPoolApi::KillTaskFn>("KillTask");
-        const auto pfnUnInit = pool.Get<KoTaskPoolApi::UnInitFn>("UnInit");
-        QVERIFY(pfnAdd && pfnAddLoop && pfnKill && pfnUnInit);
+        using QuillTest::Service;
+        using QuillTest::ServiceFunction;
+        QuillTest::ServiceFixture services{Service::Log, Service::TaskPool};
+        QVERIFY(services.IsReady());
+        const auto pfnAdd =
+            ServiceFunction<KoTaskPoolApi::AddTmpTaskFn>(Service::TaskPool, "AddTmpTask");
+        const auto pfnAddLoop =
+            ServiceFunction<KoTaskPoolApi::AddLoopTaskFn>(Service::TaskPool, "AddLoopTask");
+        const auto pfnKill =
+            ServiceFunction<KoTaskPoolApi::KillTaskFn>(Service::TaskPool, "KillTask");
+        QVERIFY(pfnAdd && pfnAddLoop && pfnKill);
 
         const int iOwner = 0;
         QVERIFY(
@@ -197,10 +199,7 @@ private slots:
         QVERIFY(pfnAdd([] { throw 42; }, &iOwner, "odd-thrower"));
         // A throwing loop keeps its schedule.
         QVERIFY(pfnAddLoop([] { throw std::logic_error("again"); }, &iOwner, "loop", 2));
-        const auto logText = [&] {
-            QFile file(logDir.filePath(QStringLiteral("KoTaskPool.log")));
-            return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-        };
+        const auto logText = [&] { return services.LogText(QStringLiteral("KoTaskPool")); };
         QTRY_VERIFY(logText().count(QStringLiteral("[loop] failed: again")) >= 3);
         pfnKill(&iOwner);
         const QString qstrLog = logText();
@@ -213,7 +212,6 @@ private slots:
         for (int i = 0; i < 20; ++i)
             pfnAdd([&] { ++iRuns; }, &iOwner, "after");
         QTRY_COMPARE(iRuns.load(), 20);
-        pfnUnInit();
     }
 };
 
