@@ -1,4 +1,4 @@
-// The log line builder: qualified names, map rendering, and records as the
+// The log line builder: qualified names, and records with their maps as the
 // real logging service writes them.
 #include "Logger.h"
 #include "ServiceFixture.h"
@@ -12,7 +12,6 @@ private slots:
     void initTestCase() { QVERIFY(m_services.IsReady()); }
     void qualifiedFunctionName_data();
     void qualifiedFunctionName();
-    void mapsRenderAsIndentedJson();
     void recordCarriesItsSourcePosition();
 
 private:
@@ -27,9 +26,6 @@ void TestLogger::qualifiedFunctionName_data()
                                 << "CLS_ModuleBasic::~CLS_ModuleBasic";
     QTest::newRow("virtual const") << "virtual const char* CLS_ViewBasic::GetModuleCode() const"
                                    << "CLS_ViewBasic::GetModuleCode";
-    QTest::newRow("pointer return")
-        << "QWidget* CLS_ViewBasic::GetWgtView(const QString&, const QVariantMap&)"
-        << "CLS_ViewBasic::GetWgtView";
     QTest::newRow("template return") << "std::map<std::__cxx11::basic_string<char>, void*> "
                                         "LoadDll(const string&, const std::vector<int>&)"
                                      << "LoadDll";
@@ -51,20 +47,12 @@ void TestLogger::qualifiedFunctionName()
              expected);
 }
 
-void TestLogger::mapsRenderAsIndentedJson()
-{
-    QCOMPARE(QString::fromStdString(Logger::ToJson({})), QStringLiteral("{\n}\n"));
-    const QVariantMap qmapParam{{QStringLiteral("PlayUrl"), QStringLiteral("/tmp/a.mp4")},
-                                {QStringLiteral("pos"), 75}};
-    QCOMPARE(QString::fromStdString(Logger::ToJson(qmapParam)),
-             QStringLiteral("{\n    \"PlayUrl\": \"/tmp/a.mp4\",\n    \"pos\": 75\n}\n"));
-}
-
 void TestLogger::recordCarriesItsSourcePosition()
 {
     const int iLine = __LINE__ + 1;
     KOLOG(3, "LoggerTest") << "value " << 42 << ' ' << true << ' ' << QStringLiteral("é")
-                           << " map:[" << QVariantMap{{QStringLiteral("k"), 1}} << "]";
+                           << " map:[" << QVariantMap{{QStringLiteral("k"), 1}} << "] empty:["
+                           << QVariantMap() << "]";
 
     const QStringList qlstRecords = m_services.LogRecords(QStringLiteral("LoggerTest"));
     QCOMPARE(qlstRecords.size(), 1);
@@ -74,7 +62,8 @@ void TestLogger::recordCarriesItsSourcePosition()
     QVERIFY2(qstrRecord.contains(QStringLiteral("TestLogger::recordCarriesItsSourcePosition")),
              qPrintable(qstrRecord));
     QVERIFY2(qstrRecord.contains(QStringLiteral("LoggerTest")), qPrintable(qstrRecord));
-    QVERIFY2(qstrRecord.contains(QStringLiteral("value 42 1 é map:[{\n    \"k\": 1\n}\n]")),
+    QVERIFY2(qstrRecord.contains(
+                 QStringLiteral("value 42 1 é map:[{\n    \"k\": 1\n}\n] empty:[{\n}\n]")),
              qPrintable(qstrRecord));
 }
 

@@ -8,9 +8,8 @@
 #include <QtTest>
 
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -61,47 +60,6 @@ public:
 
 private:
     RecordingHandler* m_pHandler;
-};
-
-// Holds every pool worker until released, so tasks queued meanwhile stay pending.
-class PoolBlocker
-{
-public:
-    explicit PoolBlocker(int _iTasks)
-    {
-        for (int i = 0; i < _iTasks; ++i) {
-            KoService::AddTmpTask(
-                [this]() {
-                    std::unique_lock<std::mutex> lock(m_mutex);
-                    ++m_iRunning;
-                    m_cv.wait(lock, [this]() { return m_blReleased; });
-                },
-                this, "blocker");
-        }
-    }
-    ~PoolBlocker()
-    {
-        // Blockers still queued must not run on a blocker that is gone.
-        Release();
-        KoService::RemoveTmpTask(this, "~PoolBlocker");
-    }
-    bool AnyRunning()
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        return m_iRunning > 0;
-    }
-    void Release()
-    {
-        std::lock_guard<std::mutex> lock(m_mutex);
-        m_blReleased = true;
-        m_cv.notify_all();
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_cv;
-    int m_iRunning = 0;
-    bool m_blReleased = false;
 };
 
 }  // namespace
@@ -212,18 +170,28 @@ void TestModuleBasic::initAndUnInitReachTheHandler()
 
 void TestModuleBasic::destructorWithdrawsPendingRequests()
 {
-    RecordingHandler handler;
-    {
-        // More blockers than the pool has workers: every worker is held.
-        PoolBlocker blocker(16);
-        QTRY_VERIFY(blocker.AnyRunning());
-        auto* pModule = new TestModule(&handler);
-        for (int i = 0; i < 5; ++i)
-            pModule->TaskRequest(QStringLiteral("echo"), {}, QString::number(i));
-        delete pModule;
-        blocker.Release();
+    // More blockers than the pool has workers: every worker is held, so the
+    // requests stay pending until the module goes.
+    std::atomic<bool> blReleased{false};
+    std::atomic<int> iHeld{0};
+    for (int i = 0; i < 16; ++i) {
+        KoService::AddTmpTask(
+            [&] {
+                ++iHeld;
+                while (!blReleased)
+                    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            },
+            &blReleased, "blocker");
     }
-    // Let the pool drain the blockers; withdrawn requests never reach a handler.
+    QTRY_VERIFY(iHeld > 0);
+    RecordingHandler handler;
+    auto* pModule = new TestModule(&handler);
+    for (int i = 0; i < 5; ++i)
+        pModule->TaskRequest(QStringLiteral("echo"), {}, QString::number(i));
+    delete pModule;
+    blReleased = true;
+    KoService::RemoveTmpTask(&blReleased, "release");
+    // Withdrawn requests never reach a handler, even once the pool is free.
     std::atomic<bool> blDrained{false};
     KoService::AddTmpTask([&blDrained]() { blDrained = true; }, this, "drain");
     QTRY_VERIFY(blDrained.load());

@@ -37,14 +37,14 @@ void TestStyleSheet::initTestCase()
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/b.qss"), "B{}"));
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/a.qss"), "A{}"));
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/readme.txt"), "not a style"));
-        const QString qstrQss = qstrRoot + QStringLiteral("ModulePlayer/qss/");
-        QVERIFY(dir.WriteFile(qstrQss + QStringLiteral("View.qss"), qstrSkin.toUtf8() + " plain"));
-        if (m_qstrCase != QLatin1String("1.5-no3k"))
-            QVERIFY(
-                dir.WriteFile(qstrQss + QStringLiteral("View_3K.qss"), qstrSkin.toUtf8() + " 3k"));
-        QVERIFY(dir.WriteFile(qstrQss + QStringLiteral("View_4K.qss"), qstrSkin.toUtf8() + " 4k"));
-        QVERIFY(
-            dir.WriteFile(qstrQss + QStringLiteral("View_2.5K.qss"), qstrSkin.toUtf8() + " 2.5k"));
+        for (const QString& qstrVariant : {"", "_3K", "_4K", "_2.5K"}) {
+            if (m_qstrCase == QLatin1String("1.5-no3k") && qstrVariant == QLatin1String("_3K"))
+                continue;
+            const QString qstrText =
+                qstrSkin + ' ' + (qstrVariant.isEmpty() ? "plain" : qstrVariant.mid(1).toLower());
+            QVERIFY(dir.WriteFile(qstrRoot + "ModulePlayer/qss/View" + qstrVariant + ".qss",
+                                  qstrText.toUtf8()));
+        }
     }
     // The skin comes from the parameter service: choose the light one.
     QVERIFY(KoService::SetParam("SystemConfig", "skin", "light"));
