@@ -114,7 +114,8 @@ private slots:
         QCOMPARE(qlstStored.size(), 20);
         QCOMPARE(qlstStored.mid(0, 2) + qlstStored.mid(19),
                  QStringList({"new.mp4:2", "dup.mp4:300", "old19.ps:19"}));
-        QCOMPARE(Rows(panel), QStringList(qlstStored).replaceInStrings(QRegularExpression(":\\d+$"), ""));
+        QCOMPARE(Rows(panel),
+                 QStringList(qlstStored).replaceInStrings(QRegularExpression(":\\d+$"), ""));
     }
 
     void failedWriteKeepsTheChange()
@@ -188,7 +189,8 @@ private slots:
 
         QCOMPARE(spyPlay.count(), 0);
         QCOMPARE(Stored(), stored);
-        QCOMPARE(Rows(panel), QStringList(stored).replaceInStrings(QRegularExpression(":\\d+$"), ""));
+        QCOMPARE(Rows(panel),
+                 QStringList(stored).replaceInStrings(QRegularExpression(":\\d+$"), ""));
     }
 
     void missingFileIsReportedNotRecorded()
