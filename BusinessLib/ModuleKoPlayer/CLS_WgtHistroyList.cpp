@@ -1,5 +1,6 @@
 #include "CLS_WgtHistroyList.h"
 
+#include "CLS_HistroyFile.h"
 #include "CLS_ViewBasic.h"
 #include "CLS_WgtPlayer7ToolboxBar.h"
 #include "CLS_WgtPlayerListItem.h"
@@ -9,19 +10,12 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QJsonParseError>
 #include <QListWidgetItem>
-#include <QSaveFile>
 #include <QSettings>
 #include <QUuid>
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace {
 
@@ -32,25 +26,6 @@ constexpr int kButtonCancel = 0x00400000;
 
 const char* const kMsgBoxModule = "WgtMsgBox";
 const char* const kShowMessage = "ShowMessage";
-
-QString HistroyFilePath()
-{
-    // Resolved against the current directory at each use, on purpose: the host
-    // picks the working directory, and each one keeps its own history.
-    return QStringLiteral(".") + QStringLiteral("/HistroyInfo.json");
-}
-
-// Whole seconds only: a fraction is not a position this player ever wrote, so
-// it is not rounded into one.
-int ReadPosition(const QJsonValue& _jsonValue)
-{
-    if (!_jsonValue.isDouble()) return 0;
-    const double dValue = _jsonValue.toDouble();
-    if (std::floor(dValue) != dValue || dValue < std::numeric_limits<int>::min() ||
-        dValue > std::numeric_limits<int>::max())
-        return 0;
-    return static_cast<int>(dValue);
-}
 
 // Paths are kept as the player received them, Windows separators included.
 QString FileNameOf(const QString& _qstrPath)
@@ -99,30 +74,10 @@ QString CLS_WgtHistroyList::CurrentHistroyPath() const
 
 void CLS_WgtHistroyList::InitHistroyLog()
 {
-    QFile file(HistroyFilePath());
-    if (!file.open(QIODevice::ReadOnly)) return;
-    const QByteArray qbaContent = file.readAll();
-    file.close();
-
-    QJsonParseError jsonError;
-    const QJsonDocument jsonDoc = QJsonDocument::fromJson(qbaContent, &jsonError);
-    if (jsonError.error != QJsonParseError::NoError) return;
-
-    const QJsonObject jsonRoot = jsonDoc.object();
-    if (!jsonRoot.contains(QLatin1String("History"))) {
+    const CLS_HistroyFile::ReadResult result =
+        CLS_HistroyFile::Read(CLS_HistroyFile::DefaultPath(), m_mapHistroyPos, m_vecHistroyPath);
+    if (result == CLS_HistroyFile::ReadResult::NoHistory)
         PLAYER_LOG(3) << "CLS_WgtHistroyList::InitHistroyLog  not Histroy";
-        return;
-    }
-
-    // No trimming here: a longer hand-made file is shown whole and only
-    // shortened by the next new entry.
-    const QJsonArray jsonHistory = jsonRoot.value(QLatin1String("History")).toArray();
-    for (const QJsonValue& jsonValue : jsonHistory) {
-        const QJsonObject jsonEntry = jsonValue.toObject();
-        const QString qstrPath = jsonEntry.value(QLatin1String("path")).toString();
-        m_mapHistroyPos.insert(qstrPath, ReadPosition(jsonEntry.value(QLatin1String("pos"))));
-        m_vecHistroyPath.append(qstrPath);
-    }
     for (const QString& qstrPath : qAsConst(m_vecHistroyPath))
         AddRow(qstrPath);
 }
@@ -161,31 +116,13 @@ void CLS_WgtHistroyList::AddHistroy(const QString& _qstrPath, int _iPos)
 
 void CLS_WgtHistroyList::UpdateResult()
 {
-    QJsonArray jsonHistory;
-    for (const QString& qstrPath : qAsConst(m_vecHistroyPath)) {
-        auto it = m_mapHistroyPos.constFind(qstrPath);
-        if (it == m_mapHistroyPos.constEnd()) continue;
-        QJsonObject jsonEntry;
-        jsonEntry.insert(QLatin1String("path"), qstrPath);
-        jsonEntry.insert(QLatin1String("pos"), static_cast<qint64>(it.value()));
-        jsonHistory.append(jsonEntry);
-    }
-    QJsonObject jsonRoot;
-    jsonRoot.insert(QLatin1String("History"), jsonHistory);
-    const QByteArray qbaContent = QJsonDocument(jsonRoot).toJson(QJsonDocument::Indented);
-
-    // Written beside the old file and renamed over it: a crash or a full disk
-    // leaves the old history or the new one, never half of one. The explicit
-    // flush matters: commit() misses a buffered tail that failed to reach the
-    // disk and would rename a torn file into place.
-    QSaveFile file(HistroyFilePath());
-    if (file.open(QIODevice::WriteOnly) && file.write(qbaContent) == qbaContent.size() &&
-        file.flush() && file.commit()) {
+    QString qstrReason;
+    if (CLS_HistroyFile::Write(CLS_HistroyFile::DefaultPath(), m_mapHistroyPos, m_vecHistroyPath,
+                               &qstrReason)) {
         PLAYER_LOG(1) << " Add Histroy Success!";
         return;
     }
-    const QString qstrReason = file.errorString();
-    file.cancelWriting();
+    // The store in memory keeps the change and the next write tries again.
     PLAYER_LOG(3) << "CLS_WgtHistroyList::UpdateResult open File Erroe";
     PLAYER_LOG(3) << "HistroyInfo.json not written: " << qstrReason;
 }

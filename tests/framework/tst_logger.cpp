@@ -1,51 +1,31 @@
-// The log line builder: qualified names, map rendering, and records as the
+// The log line builder: qualified names, and records with their maps as the
 // real logging service writes them.
-#include "FrameworkTestUtil.h"
 #include "Logger.h"
+#include "ServiceFixture.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
-
-namespace Sample {
-struct Widget
-{
-    int Paint(int _iValue) const { return _iValue; }
-};
-}  // namespace Sample
 
 class TestLogger : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
+    void initTestCase() { QVERIFY(m_services.IsReady()); }
     void qualifiedFunctionName_data();
     void qualifiedFunctionName();
-    void mapsRenderAsIndentedJson();
     void recordCarriesItsSourcePosition();
 
 private:
-    QTemporaryDir m_tmpLogDir;
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Log};
 };
-
-void TestLogger::initTestCase()
-{
-    QVERIFY(FrameworkTest::StartLogging(m_tmpLogDir.path()));
-}
 
 void TestLogger::qualifiedFunctionName_data()
 {
     QTest::addColumn<QString>("signature");
     QTest::addColumn<QString>("expected");
-    QTest::newRow("member")
-        << "void CLS_ModuleBasic::TaskRequest(const QString&, const QVariantMap&, const QString&)"
-        << "CLS_ModuleBasic::TaskRequest";
     QTest::newRow("destructor") << "CLS_ModuleBasic::~CLS_ModuleBasic()"
                                 << "CLS_ModuleBasic::~CLS_ModuleBasic";
     QTest::newRow("virtual const") << "virtual const char* CLS_ViewBasic::GetModuleCode() const"
                                    << "CLS_ViewBasic::GetModuleCode";
-    QTest::newRow("pointer return")
-        << "QWidget* CLS_ViewBasic::GetWgtView(const QString&, const QVariantMap&)"
-        << "CLS_ViewBasic::GetWgtView";
     QTest::newRow("template return") << "std::map<std::__cxx11::basic_string<char>, void*> "
                                         "LoadDll(const string&, const std::vector<int>&)"
                                      << "LoadDll";
@@ -55,8 +35,6 @@ void TestLogger::qualifiedFunctionName_data()
                                    << "Ns::Functor::operator()";
     QTest::newRow("templated class") << "void Queue<std::pair<int, int> >::Push(int) [with T = int]"
                                      << "Queue<std::pair<int, int> >::Push";
-    QTest::newRow("free function") << "int main(int, char**)"
-                                   << "main";
     QTest::newRow("no parameters list") << "weird"
                                         << "weird";
 }
@@ -69,23 +47,14 @@ void TestLogger::qualifiedFunctionName()
              expected);
 }
 
-void TestLogger::mapsRenderAsIndentedJson()
-{
-    QCOMPARE(QString::fromStdString(Logger::ToJson({})), QStringLiteral("{\n}\n"));
-    const QVariantMap qmapParam{{QStringLiteral("PlayUrl"), QStringLiteral("/tmp/a.mp4")},
-                                {QStringLiteral("pos"), 75}};
-    QCOMPARE(QString::fromStdString(Logger::ToJson(qmapParam)),
-             QStringLiteral("{\n    \"PlayUrl\": \"/tmp/a.mp4\",\n    \"pos\": 75\n}\n"));
-}
-
 void TestLogger::recordCarriesItsSourcePosition()
 {
     const int iLine = __LINE__ + 1;
     KOLOG(3, "LoggerTest") << "value " << 42 << ' ' << true << ' ' << QStringLiteral("é")
-                           << " map:[" << QVariantMap{{QStringLiteral("k"), 1}} << "]";
+                           << " map:[" << QVariantMap{{QStringLiteral("k"), 1}} << "] empty:["
+                           << QVariantMap() << "]";
 
-    const QStringList qlstRecords =
-        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("LoggerTest"));
+    const QStringList qlstRecords = m_services.LogRecords(QStringLiteral("LoggerTest"));
     QCOMPARE(qlstRecords.size(), 1);
     const QString& qstrRecord = qlstRecords.first();
     QVERIFY2(qstrRecord.contains(QStringLiteral("tst_logger.cpp:%1").arg(iLine)),
@@ -93,7 +62,8 @@ void TestLogger::recordCarriesItsSourcePosition()
     QVERIFY2(qstrRecord.contains(QStringLiteral("TestLogger::recordCarriesItsSourcePosition")),
              qPrintable(qstrRecord));
     QVERIFY2(qstrRecord.contains(QStringLiteral("LoggerTest")), qPrintable(qstrRecord));
-    QVERIFY2(qstrRecord.contains(QStringLiteral("value 42 1 é map:[{\n    \"k\": 1\n}\n]")),
+    QVERIFY2(qstrRecord.contains(
+                 QStringLiteral("value 42 1 é map:[{\n    \"k\": 1\n}\n] empty:[{\n}\n]")),
              qPrintable(qstrRecord));
 }
 

@@ -1,14 +1,11 @@
 // Skin style-sheet resolution. The scale factor is read once per process, so
 // ctest runs this program once per QT_SCALE_FACTOR setting; QUILL_SCALE_CASE
 // names the setting and what it must resolve to.
-#include "FrameworkTestUtil.h"
 #include "KoServices.h"
-#include "QuillTestSupport.h"
+#include "ServiceFixture.h"
 #include "StyleSheet.h"
 
 #include <QtTest>
-
-#include <memory>
 
 class TestStyleSheet : public QObject
 {
@@ -23,7 +20,7 @@ private slots:
 
 private:
     QString Expected() const;
-    std::unique_ptr<QuillTest::ScopedWorkDir> m_pWorkDir;
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Param};
     QString m_qstrCase;
 };
 
@@ -33,25 +30,24 @@ void TestStyleSheet::initTestCase()
     if (m_qstrCase == QLatin1String("unset"))
         QVERIFY(!qEnvironmentVariableIsSet("QT_SCALE_FACTOR"));
 
-    m_pWorkDir = std::make_unique<QuillTest::ScopedWorkDir>();
-    QuillTest::ScopedWorkDir& dir = *m_pWorkDir;
+    QVERIFY(m_services.IsReady());
+    QuillTest::ScopedWorkDir& dir = m_services.WorkDir();
     for (const QString& qstrSkin : {QStringLiteral("dark"), QStringLiteral("light")}) {
         const QString qstrRoot = QStringLiteral("resource/skin/%1/").arg(qstrSkin);
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/b.qss"), "B{}"));
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/a.qss"), "A{}"));
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/C.qss"), "C{}"));
         QVERIFY(dir.WriteFile(qstrRoot + QStringLiteral("Common/readme.txt"), "not a style"));
-        const QString qstrQss = qstrRoot + QStringLiteral("ModulePlayer/qss/");
-        QVERIFY(dir.WriteFile(qstrQss + QStringLiteral("View.qss"), qstrSkin.toUtf8() + " plain"));
-        if (m_qstrCase != QLatin1String("1.5-no3k"))
-            QVERIFY(
-                dir.WriteFile(qstrQss + QStringLiteral("View_3K.qss"), qstrSkin.toUtf8() + " 3k"));
-        QVERIFY(dir.WriteFile(qstrQss + QStringLiteral("View_4K.qss"), qstrSkin.toUtf8() + " 4k"));
-        QVERIFY(
-            dir.WriteFile(qstrQss + QStringLiteral("View_2.5K.qss"), qstrSkin.toUtf8() + " 2.5k"));
+        for (const QString& qstrVariant : {"", "_3K", "_4K", "_2.5K"}) {
+            if (m_qstrCase == QLatin1String("1.5-no3k") && qstrVariant == QLatin1String("_3K"))
+                continue;
+            const QString qstrText =
+                qstrSkin + ' ' + (qstrVariant.isEmpty() ? "plain" : qstrVariant.mid(1).toLower());
+            QVERIFY(dir.WriteFile(qstrRoot + "ModulePlayer/qss/View" + qstrVariant + ".qss",
+                                  qstrText.toUtf8()));
+        }
     }
     // The skin comes from the parameter service: choose the light one.
-    QVERIFY(FrameworkTest::StartParams(dir.FilePath(QStringLiteral("settings.json"))));
     QVERIFY(KoService::SetParam("SystemConfig", "skin", "light"));
 }
 
@@ -116,9 +112,10 @@ void TestStyleSheet::textsAreReadOncePerProcess()
 {
     const QString qstrBefore =
         GetModuleStyleSheet(QStringLiteral("Player"), QStringLiteral("View"));
-    QVERIFY(m_pWorkDir->WriteFile(QStringLiteral("resource/skin/light/ModulePlayer/qss/View.qss"),
-                                  "changed"));
-    QVERIFY(m_pWorkDir->WriteFile(QStringLiteral("resource/skin/light/Common/a.qss"), "changed"));
+    QVERIFY(m_services.WorkDir().WriteFile(
+        QStringLiteral("resource/skin/light/ModulePlayer/qss/View.qss"), "changed"));
+    QVERIFY(m_services.WorkDir().WriteFile(QStringLiteral("resource/skin/light/Common/a.qss"),
+                                           "changed"));
     QVERIFY(KoService::SetParam("SystemConfig", "skin", "dark"));
     qputenv("QT_SCALE_FACTOR", "2");
     QCOMPARE(GetModuleStyleSheet(QStringLiteral("Player"), QStringLiteral("View")), qstrBefore);

@@ -2,11 +2,9 @@
 // other modules made through their libraries.
 #include "CLS_PresenterBasic.h"
 #include "CLS_ViewBasic.h"
-#include "FrameworkTestUtil.h"
-#include "QuillTestSupport.h"
+#include "ServiceFixture.h"
 
 #include <QLabel>
-#include <QTemporaryDir>
 #include <QtTest>
 
 #include <memory>
@@ -63,48 +61,28 @@ class TestViewBasic : public QObject
 {
     Q_OBJECT
 private slots:
-    void initTestCase();
-    void cleanupTestCase() { FrameworkTest::StopTaskPool(); }
-    void viewWithoutPresenterSaysSoAtEveryInit();
-    void showingRunsInitFirst();
+    void initTestCase() { QVERIFY(m_services.IsReady()); }
+    void initRunsOnceAndSaysWhenPresenterIsMissing();
     void resultsReachTheAskingViewOnly();
-    void emptyResultStaysSilent();
     void createsViewsOfOtherModules();
-    void missingModuleGivesNull();
 
 private:
-    QStringList Log() const
-    {
-        return FrameworkTest::ReadLog(m_tmpLogDir.path(), QString::fromLatin1(kChannel));
-    }
-    QTemporaryDir m_tmpLogDir;
+    QStringList Log() const { return m_services.LogRecords(QString::fromLatin1(kChannel)); }
+
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Log, QuillTest::Service::TaskPool};
 };
 
-void TestViewBasic::initTestCase()
-{
-    QVERIFY(FrameworkTest::StartLogging(m_tmpLogDir.path()));
-}
-
-void TestViewBasic::viewWithoutPresenterSaysSoAtEveryInit()
+void TestViewBasic::initRunsOnceAndSaysWhenPresenterIsMissing()
 {
     TestView view(nullptr);
-    const int iBefore = Log().filter(QStringLiteral("nullptr == pPresenter Init Fail")).size();
-    view.Init();
-    view.Init();
-    QCOMPARE(Log().filter(QStringLiteral("nullptr == pPresenter Init Fail")).size(), iBefore + 2);
-    QCOMPARE(view.objectName(), QStringLiteral("TestView"));
-    QVERIFY(view.testAttribute(Qt::WA_StyledBackground));
-}
-
-void TestViewBasic::showingRunsInitFirst()
-{
-    TestView view(nullptr);
-    QCOMPARE(view.m_iInitUi, 0);
     view.show();
-    QCOMPARE(view.m_iInitUi, 1);
     view.hide();
     view.show();
     QCOMPARE(view.m_iInitUi, 1);
+    QCOMPARE(view.objectName(), QStringLiteral("TestView"));
+    QVERIFY(view.testAttribute(Qt::WA_StyledBackground));
+    view.Init();
+    QCOMPARE(Log().filter(QStringLiteral("nullptr == pPresenter Init Fail")).size(), 2);
 }
 
 void TestViewBasic::resultsReachTheAskingViewOnly()
@@ -120,56 +98,42 @@ void TestViewBasic::resultsReachTheAskingViewOnly()
     viewA.SendPresenterRequest(QStringLiteral("echo"), {{QStringLiteral("x"), 5}},
                                QStringLiteral("u-a"));
     QTRY_COMPARE(spyA.count(), 1);
-    QCOMPARE(spyA.first().at(0).toString(), QStringLiteral("echo"));
     const QVariantMap qmapResult = spyA.first().at(1).toMap();
+    QCOMPARE(spyA.first().at(0).toString() + ' ' + spyA.first().at(2).toString(),
+             QStringLiteral("echo u-a"));
     QCOMPARE(qmapResult.value(QStringLiteral("seen")).toInt(), 5);
     QCOMPARE(qmapResult.value(QStringLiteral("__result__")).toString(), QStringLiteral("success"));
-    QCOMPARE(spyA.first().at(2).toString(), QStringLiteral("u-a"));
-
     // The same result also reached B, which logged its entry line and stopped.
     QTRY_COMPARE(Log().filter(QStringLiteral("call funtion key:[echo]")).size(), 2);
     QCOMPARE(viewB.m_iHandled, 0);
-    QCOMPARE(spyB.count(), 0);
 
     viewB.SendPresenterRequest(QStringLiteral("refuse"), {}, QStringLiteral("u-b"));
     QTRY_COMPARE(spyB.count(), 1);
     QCOMPARE(spyB.first().at(1).toMap().value(QStringLiteral("__result__")).toString(),
              QStringLiteral("fail"));
-    QCOMPARE(spyA.count(), 1);
-}
-
-void TestViewBasic::emptyResultStaysSilent()
-{
-    EchoPresenter presenter;
-    TestView view(&presenter);
-    view.Init();
-    QSignalSpy spy(&view, &CLS_ViewBasic::SignRequestTaskRsulted);
-    view.SendPresenterRequest(QStringLiteral("quiet"), {}, QStringLiteral("u-q"));
-    QTRY_COMPARE(view.m_iHandled, 1);
-    QCoreApplication::processEvents();
-    QCOMPARE(spy.count(), 0);
+    // A result that leaves nothing to report is handled silently; the view
+    // answers in the same call that handles it.
+    viewB.SendPresenterRequest(QStringLiteral("quiet"), {}, QStringLiteral("u-q"));
+    QTRY_COMPARE(viewB.m_iHandled, 2);
+    QCOMPARE(spyA.count() + spyB.count(), 2);
 }
 
 void TestViewBasic::createsViewsOfOtherModules()
 {
-    QuillTest::ScopedWorkDir workDir;
     QVERIFY(QFile::link(QStringLiteral(FIXTURE_VIEW_MODULE),
-                        workDir.FilePath(QStringLiteral("libFixtureViewModule.so"))));
+                        m_services.WorkDir().FilePath(QStringLiteral("libFixtureViewModule.so"))));
     std::unique_ptr<QWidget> pView(CLS_ViewBasic::GetWgtView(
         QStringLiteral("FixtureViewModule"), {{QStringLiteral("name"), QStringLiteral("made")}}));
-    QVERIFY(pView);
     QVERIFY(qobject_cast<QLabel*>(pView.get()));
     QCOMPARE(pView->objectName(), QStringLiteral("made"));
-}
 
-void TestViewBasic::missingModuleGivesNull()
-{
-    QuillTest::ScopedWorkDir workDir;
+    // A missing module gives null, and says so at every request.
     QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
     QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
-    const QStringList qlstLog =
-        FrameworkTest::ReadLog(m_tmpLogDir.path(), QStringLiteral("default"));
-    QCOMPARE(qlstLog.filter(QStringLiteral("Request Fail_strModuleName:[NoSuchModule]")).size(), 2);
+    QCOMPARE(m_services.LogRecords(QStringLiteral("default"))
+                 .filter(QStringLiteral("Request Fail_strModuleName:[NoSuchModule]"))
+                 .size(),
+             2);
 }
 
 QTEST_MAIN(TestViewBasic)

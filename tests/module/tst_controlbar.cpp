@@ -3,8 +3,8 @@
 #include "CLS_PlayerToolButton.h"
 #include "CLS_WgtPlayerControlBar.h"
 #include "CLS_WgtPlayerSlider.h"
-#include "ChromeTestSupport.h"
 #include "KoServices.h"
+#include "ServiceFixture.h"
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -30,10 +30,7 @@ class TestControlBar : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QVERIFY(ChromeTest::InitParamService(m_workDir.FilePath(QStringLiteral("params.json"))));
-    }
+    void initTestCase() { QVERIFY(m_services.IsReady()); }
 
     void speedListAndEmptyEntry()
     {
@@ -204,7 +201,7 @@ private slots:
     }
 
 private:
-    QuillTest::ScopedWorkDir m_workDir;
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Param};
 };
 
 QTEST_MAIN(TestControlBar)

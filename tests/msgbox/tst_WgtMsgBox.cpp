@@ -1,6 +1,5 @@
 #include "CLS_WgtMsgBox.h"
-#include "QuillTestSupport.h"
-#include "TestLogFiles.h"
+#include "ServiceFixture.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -48,10 +47,10 @@ private slots:
     void presentsTheRequest()
     {
         // First on purpose: style texts are cached for the life of the process.
-        QuillTest::ScopedWorkDir workDir;
-        QVERIFY(
-            workDir.WriteFile(QStringLiteral("resource/skin/dark/WgtMsgBox/qss/CLS_WgtMsgBox.qss"),
-                              "#CLS_WgtMsgBox { border: 1px solid #123456; }"));
+        QVERIFY(m_services.IsReady());
+        QVERIFY(m_services.WorkDir().WriteFile(
+            QStringLiteral("resource/skin/dark/WgtMsgBox/qss/CLS_WgtMsgBox.qss"),
+            "#CLS_WgtMsgBox { border: 1px solid #123456; }"));
         const QString qstrLong = QStringLiteral("word ").repeated(80);
         CLS_WgtMsgBox* pBox = AskedBox(Request(0, kOk | kCancel, kOk, qstrLong), "u");
         QVERIFY(pBox->styleSheet().contains(QStringLiteral("#123456")));
@@ -115,8 +114,6 @@ private slots:
 
     void inputIsMaskedAndNeverLogged()
     {
-        QuillTest::TestLogFiles logs;
-        QVERIFY(logs.IsReady());
         CLS_WgtMsgBox* pBox = AskedBox(Request(1, kOk | kCancel, kOk), "uuid-pw");
         QPointer<CLS_WgtMsgBox> pGuard(pBox);
         QSignalSpy spy(pBox, &CLS_ViewBasic::SignRequestTaskRsulted);
@@ -139,8 +136,9 @@ private slots:
         QCOMPARE(qmapAnswer.value(QStringLiteral("type")).toInt(), kOk);
         QCOMPARE(qmapAnswer.value(QStringLiteral("inputtext")).toString(),
                  QStringLiteral("s3cret-Pa55"));
-        QVERIFY(logs.Text(QStringLiteral("WgtMsgBox")).contains(QStringLiteral("uuid-pw")));
-        QVERIFY(!logs.AllText().contains(QStringLiteral("s3cret")));
+        QVERIFY(
+            m_services.LogText(QStringLiteral("WgtMsgBox")).contains(QStringLiteral("uuid-pw")));
+        QVERIFY(!m_services.AllLogText().contains(QStringLiteral("s3cret")));
     }
 
     void askedAgainFromAnswer()
@@ -164,6 +162,9 @@ private slots:
         QCOMPARE(pSecondBox->parentWidget(), &owner);
         delete pSecondBox;
     }
+
+private:
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Log};
 };
 
 QTEST_MAIN(tst_WgtMsgBox)

@@ -1,6 +1,6 @@
 #include "I_AppSignals.h"
 #include "KoAppManagerApi.h"
-#include "ServiceLibrary.h"
+#include "ServiceFixture.h"
 
 #include <QCoreApplication>
 #include <QtTest>
@@ -15,9 +15,8 @@ class tst_KoAppManager : public QObject
 private slots:
     void oneHubReachesEveryReceiver()
     {
-        ServiceLibrary library(KoAppManagerApi::kLibraryName);
-        QVERIFY(library.Load());
-        const auto pfnGet = library.Get<KoAppManagerApi::GetAppSignalsFn>("GetAppSignals");
+        const auto pfnGet = QuillTest::ServiceFunction<KoAppManagerApi::GetAppSignalsFn>(
+            QuillTest::Service::AppManager, "GetAppSignals");
         QVERIFY(pfnGet);
 
         // The first callers race from worker threads; all must get the same hub,

@@ -1,6 +1,6 @@
 #include "KoColorManageApi.h"
 #include "KoParamApi.h"
-#include "ServiceLibrary.h"
+#include "ServiceFixture.h"
 
 #include <QColor>
 #include <QFile>
@@ -16,15 +16,12 @@ private slots:
     void initTestCase()
     {
         // The library reads palettes relative to the working folder, like the player.
-        QVERIFY(m_workDir.LinkFromBin(QStringLiteral("resource")) && m_library.Load());
-        m_pfnGet = m_library.Get<KoColorManageApi::GetNamedColorFn>("GetNamedColor");
-        QVERIFY(m_pfnGet);
+        QVERIFY(m_services.IsReady());
+        QVERIFY(m_services.WorkDir().LinkFromBin(QStringLiteral("resource")));
     }
 
     void namedColors()
     {
-        QCOMPARE(Get("Common", "<BgColor_Common>", "dark"), "#1e1f22");
-        QCOMPARE(Get("Common", "<FontColor_Common>", "light"), "#1f2329");
         QCOMPARE(Get("ModulePassengerFlowStatistic", "<FontColor_Pass>", "dark"), "#3d8bfd");
         // Unknown keys, groups and skins, and skins that would leave the skin tree.
         QCOMPARE(Get("Common", "<NoSuchKey>", "dark"), "");
@@ -57,28 +54,29 @@ private slots:
     {
         // Loaded by path first: the colour library then finds this very instance by
         // its bare name, even where a sanitizer's dlopen hides the library's RUNPATH.
-        ServiceLibrary param(KoParamApi::kLibraryName);
-        QVERIFY(param.Load());
-        const auto pfnInit = param.Get<KoParamApi::InitFn>("Init");
-        const auto pfnSet = param.Get<KoParamApi::SetParamFn>("SetParam");
+        using QuillTest::Service;
+        const auto pfnInit = QuillTest::ServiceFunction<KoParamApi::InitFn>(Service::Param, "Init");
+        const auto pfnSet =
+            QuillTest::ServiceFunction<KoParamApi::SetParamFn>(Service::Param, "SetParam");
         QVERIFY(pfnInit && pfnSet);
         QCOMPARE(Get("Common", "<BgColor_Common>", ""), "#1e1f22");  // dark without parameters
-        QVERIFY(pfnInit(m_workDir.FilePath(QStringLiteral("settings.json")).toStdString()));
+        QVERIFY(
+            pfnInit(m_services.WorkDir().FilePath(QStringLiteral("settings.json")).toStdString()));
         QVERIFY(pfnSet("SystemConfig", "skin", "light"));
         QCOMPARE(Get("Common", "<BgColor_Common>", ""), "#f5f6f8");
-        param.Get<KoParamApi::UnInitFn>("UnInit")();
+        QuillTest::ServiceFunction<KoParamApi::UnInitFn>(Service::Param, "UnInit")();
     }
 
 private:
     QString Get(const QString& _qstrGroup, const QString& _qstrKey, const QString& _qstrSkin)
     {
+        const auto pfnGet = QuillTest::ServiceFunction<KoColorManageApi::GetNamedColorFn>(
+            QuillTest::Service::ColorManage, "GetNamedColor");
         return QString::fromStdString(
-            m_pfnGet(_qstrGroup.toStdString(), _qstrKey.toStdString(), _qstrSkin.toStdString()));
+            pfnGet(_qstrGroup.toStdString(), _qstrKey.toStdString(), _qstrSkin.toStdString()));
     }
 
-    QuillTest::ScopedWorkDir m_workDir;
-    ServiceLibrary m_library{KoColorManageApi::kLibraryName};
-    KoColorManageApi::GetNamedColorFn m_pfnGet = nullptr;
+    QuillTest::ServiceFixture m_services{QuillTest::Service::ColorManage};
 };
 
 QTEST_GUILESS_MAIN(tst_KoColorManage)

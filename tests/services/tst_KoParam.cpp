@@ -1,6 +1,7 @@
 #include "CLS_ParamStore.h"
 #include "KoParamApi.h"
-#include "ServiceLibrary.h"
+#include "KoServices.h"
+#include "ServiceFixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,32 +36,30 @@ class tst_KoParam : public QObject
 private slots:
     void valuesPersistAcrossUnInitAndInit()
     {
-        ServiceLibrary library(KoParamApi::kLibraryName);
-        QVERIFY(m_tmpDir.isValid() && library.Load());
-        const auto pfnInit = library.Get<KoParamApi::InitFn>("Init");
-        const auto pfnSet = library.Get<KoParamApi::SetParamFn>("SetParam");
-        const auto pfnGet = library.Get<KoParamApi::GetParamFn>("GetParam");
-        const auto pfnDelete = library.Get<KoParamApi::DeleteParamFn>("DeleteParam");
-        const auto pfnUnInit = library.Get<KoParamApi::UnInitFn>("UnInit");
-        QVERIFY(pfnInit && pfnSet && pfnGet && pfnDelete && pfnUnInit);
-        QVERIFY(!pfnSet("SystemConfig", "skin", "light"));
+        // Started and stopped by hand; values go through the suite's own wrappers.
+        using QuillTest::Service;
+        const auto pfnInit = QuillTest::ServiceFunction<KoParamApi::InitFn>(Service::Param, "Init");
+        const auto pfnUnInit =
+            QuillTest::ServiceFunction<KoParamApi::UnInitFn>(Service::Param, "UnInit");
+        QVERIFY(m_tmpDir.isValid() && pfnInit && pfnUnInit);
+        QVERIFY(!KoService::SetParam("SystemConfig", "skin", "light"));
 
         // A missing file, even in a missing folder, starts empty.
         const QString qstrPath = m_tmpDir.filePath(QStringLiteral("user/settings.json"));
         QVERIFY(pfnInit(qstrPath.toStdString()));
-        QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("dark"));
-        QVERIFY(pfnSet("SystemConfig", "skin", "light"));
-        QVERIFY(pfnSet("ModuleKoPlayer", "Title", "Überwachung – 監視"));
-        QVERIFY(pfnSet("ModuleKoPlayer", "OpenSound", "1"));
-        QVERIFY(pfnDelete("ModuleKoPlayer", "OpenSound"));
+        QCOMPARE(KoService::GetParam("SystemConfig", "skin", "dark"), "dark");
+        QVERIFY(KoService::SetParam("SystemConfig", "skin", "light"));
+        QVERIFY(KoService::SetParam("ModuleKoPlayer", "Title", "Überwachung – 監視"));
+        QVERIFY(KoService::SetParam("ModuleKoPlayer", "OpenSound", "1"));
+        QVERIFY(KoService::DeleteParam("ModuleKoPlayer", "OpenSound"));
         QVERIFY(ReadAll(qstrPath).contains("light"));  // written at once, not only at UnInit
 
         pfnUnInit();
-        QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("dark"));
+        QCOMPARE(KoService::GetParam("SystemConfig", "skin", "dark"), "dark");
         QVERIFY(pfnInit(qstrPath.toStdString()));
-        QCOMPARE(pfnGet("SystemConfig", "skin", "dark"), std::string("light"));
-        QCOMPARE(pfnGet("ModuleKoPlayer", "Title", ""), std::string("Überwachung – 監視"));
-        QCOMPARE(pfnGet("ModuleKoPlayer", "OpenSound", "gone"), std::string("gone"));
+        QCOMPARE(KoService::GetParam("SystemConfig", "skin", "dark"), "light");
+        QCOMPARE(KoService::GetParam("ModuleKoPlayer", "Title", ""), "Überwachung – 監視");
+        QCOMPARE(KoService::GetParam("ModuleKoPlayer", "OpenSound", "gone"), "gone");
         pfnUnInit();
     }
 

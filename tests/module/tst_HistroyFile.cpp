@@ -1,0 +1,174 @@
+#include "CLS_HistroyFile.h"
+#include "QuillTestSupport.h"
+
+#include <QDir>
+#include <QtTest>
+
+#include <linux/capability.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#include <csignal>
+#include <optional>
+
+namespace {
+
+const QString kFile = QStringLiteral("HistroyInfo.json");
+
+// The file as read: the outcome, then "path:pos" in display order.
+QString ReadBack()
+{
+    QMap<QString, int> mapPos;
+    QVector<QString> vecPath;
+    const auto result = CLS_HistroyFile::Read(kFile, mapPos, vecPath);
+    QStringList qlstEntries{QString::number(int(result))};
+    for (const QString& qstrPath : vecPath)
+        qlstEntries << qstrPath + ':' + QString::number(mapPos.value(qstrPath, -1));
+    return qlstEntries.join(' ');
+}
+
+// Root writes through folder permissions; without CAP_DAC_OVERRIDE on this
+// thread a read-only folder is read-only for the test too.
+class ScopedReadOnlyDir
+{
+public:
+    explicit ScopedReadOnlyDir(const QString& _qstrPath) : m_qstrPath(_qstrPath)
+    {
+        QFile::setPermissions(m_qstrPath, QFile::ReadOwner | QFile::ExeOwner);
+        if (syscall(SYS_capget, &m_header, m_caps) == 0) {
+            __user_cap_data_struct reduced[2] = {m_caps[0], m_caps[1]};
+            reduced[0].effective &= ~((1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH));
+            m_blCapsChanged = syscall(SYS_capset, &m_header, reduced) == 0;
+        }
+    }
+    ~ScopedReadOnlyDir()
+    {
+        if (m_blCapsChanged) syscall(SYS_capset, &m_header, m_caps);
+        QFile::setPermissions(m_qstrPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+    bool IsReadOnly() const { return !QFile(m_qstrPath + "/probe").open(QIODevice::WriteOnly); }
+
+private:
+    QString m_qstrPath;
+    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct m_caps[2] = {};
+    bool m_blCapsChanged = false;
+};
+
+}  // namespace
+
+class tst_HistroyFile : public QObject
+{
+    Q_OBJECT
+private slots:
+    void readsTolerantly_data()
+    {
+        QTest::addColumn<QByteArray>("content");  // empty: no file
+        QTest::addColumn<QString>("read");        // 0 loaded, 1 unreadable, 2 no "History"
+        QTest::newRow("positions: whole numbers only")
+            << QByteArray(R"({"History": [{"path": "a", "pos": 12.9}, {"path": "b", "pos": 12.0},
+                {"path": "c", "pos": "12"}, {"path": "d", "pos": 3e10}, {"path": "e", "x": 1}],
+                "Other": 1})")
+            << "0 a:0 b:12 c:0 d:0 e:0";
+        QTest::newRow("repeated path: both kept, the later position")
+            << QByteArray(R"({"History": [{"path": "a", "pos": 5}, {"path": "b", "pos": 7},
+                {"path": "a", "pos": 9}]})")
+            << "0 a:9 b:7 a:9";
+        QTest::newRow("elements not objects")
+            << QByteArray(R"({"History": [1, "a", {"pos": 4}]})") << "0 :4 :4 :4";
+        QTest::newRow("History not an array")
+            << QByteArray(R"({"History": {"path": "/x"}})") << "0";
+        QTest::newRow("no History") << QByteArray(R"({"history": []})") << "2";
+        QTest::newRow("invalid json") << QByteArray(R"({"History": [)") << "1";
+        QTest::newRow("no file") << QByteArray() << "1";
+    }
+
+    void readsTolerantly()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(QString, read);
+        QuillTest::ScopedWorkDir workDir;
+        if (!content.isEmpty()) QVERIFY(workDir.WriteFile(kFile, content));
+        QCOMPARE(ReadBack(), read);
+    }
+
+    void writesTheStoreInDisplayOrder()
+    {
+        QuillTest::ScopedWorkDir workDir;
+        // A path without a position is left out; a repeated one is written each time.
+        QVERIFY(
+            CLS_HistroyFile::Write(kFile, {{"D:\\v\\b.mp4", 75}, {"/v/录像.sdv", 0}},
+                                   {"D:\\v\\b.mp4", "/v/x.mp4", "/v/录像.sdv", "D:\\v\\b.mp4"}));
+        QFile file(kFile);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(QString::fromUtf8(file.readAll()), QStringLiteral(R"({
+    "History": [
+        {
+            "path": "D:\\v\\b.mp4",
+            "pos": 75
+        },
+        {
+            "path": "/v/录像.sdv",
+            "pos": 0
+        },
+        {
+            "path": "D:\\v\\b.mp4",
+            "pos": 75
+        }
+    ]
+}
+)"));
+        QVERIFY(CLS_HistroyFile::Write(kFile, {}, {}));
+        QCOMPARE(ReadBack(), QStringLiteral("0"));
+    }
+
+    void rewritesOrKeepsTheOldFile_data()
+    {
+        QTest::addColumn<bool>("folderReadOnly");
+        QTest::addColumn<bool>("fileReadOnly");
+        QTest::addColumn<bool>("diskFull");
+        QTest::addColumn<bool>("written");
+        QTest::newRow("read-only folder, writable file: rewritten in place")
+            << true << false << false << true;
+        QTest::newRow("read-only folder and file") << true << true << false << false;
+        QTest::newRow("disk full mid-write") << false << false << true << false;
+    }
+
+    void rewritesOrKeepsTheOldFile()
+    {
+        QFETCH(bool, folderReadOnly);
+        QFETCH(bool, fileReadOnly);
+        QFETCH(bool, diskFull);
+        QFETCH(bool, written);
+        QuillTest::ScopedWorkDir workDir;
+        // Longer than the new file, so a rewrite in place that leaves a tail shows.
+        QVERIFY(workDir.WriteFile(kFile, R"({"History": [{"path": "/v/a-longer-name.mp4",
+                                             "pos": 5}]})"));
+        if (fileReadOnly) QFile::setPermissions(kFile, QFile::ReadOwner);
+        {
+            std::optional<ScopedReadOnlyDir> readOnly;
+            if (folderReadOnly) readOnly.emplace(workDir.Path());
+            if (readOnly && !readOnly->IsReadOnly())
+                QSKIP("this file system lets the test write into a read-only folder");
+            // A file size limit stops every write part-way, as a full disk does.
+            rlimit limitOld{};
+            getrlimit(RLIMIT_FSIZE, &limitOld);
+            const auto pfnOldHandler = std::signal(SIGXFSZ, SIG_IGN);
+            const rlimit limitFull{32, limitOld.rlim_max};
+            if (diskFull) setrlimit(RLIMIT_FSIZE, &limitFull);
+            QString qstrError;
+            const bool blWritten =
+                CLS_HistroyFile::Write(kFile, {{"/v/b.mp4", 8}}, {"/v/b.mp4"}, &qstrError);
+            setrlimit(RLIMIT_FSIZE, &limitOld);
+            std::signal(SIGXFSZ, pfnOldHandler);
+            QCOMPARE(blWritten, written);
+            QCOMPARE(qstrError.isEmpty(), written);
+        }
+        QCOMPARE(ReadBack(), written ? "0 /v/b.mp4:8" : "0 /v/a-longer-name.mp4:5");
+        // No temporary file left beside it.
+        QCOMPARE(QDir().entryList(QDir::Files), QStringList{kFile});
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_HistroyFile)
+#include "tst_HistroyFile.moc"
