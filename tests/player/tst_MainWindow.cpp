@@ -4,10 +4,10 @@
 
 #include "CLS_WgtPlayerControlBar.h"
 #include "I_AppSignals.h"
-#include "KoParamApi.h"
 #include "KoServices.h"
 #include "MainWindow.h"
 #include "QuillTestSupport.h"
+#include "ServiceFixture.h"
 #include "RecordingPlayer.h"
 
 #include <QComboBox>
@@ -52,7 +52,8 @@ private:
     RecPlayer::ResetFn m_pfnReset = nullptr;
     RecPlayer::TakeCallsFn m_pfnTakeCalls = nullptr;
     RecPlayer::RaiseFn m_pfnRaise = nullptr;
-    std::unique_ptr<QuillTest::ScopedWorkDir> m_pWorkDir;
+    std::unique_ptr<QuillTest::ServiceFixture> m_pFixture;
+    QuillTest::ScopedWorkDir* m_pWorkDir = nullptr;
     std::unique_ptr<MainWindow> m_pWindow;
     CLS_WgtPlayerControlBar* m_pBar = nullptr;
     QString m_qstrClip;
@@ -121,11 +122,13 @@ private slots:
     void init()
     {
         m_qlstSeen.clear();
-        m_pWorkDir = std::make_unique<QuillTest::ScopedWorkDir>();
+        using QuillTest::Service;
+        m_pFixture = std::make_unique<QuillTest::ServiceFixture>(
+            std::initializer_list<Service>{Service::Log, Service::Param, Service::AppManager});
+        QVERIFY(m_pFixture->IsReady());
+        m_pWorkDir = &m_pFixture->WorkDir();
         QVERIFY(QFile::link(QStringLiteral(QUILL_RECPLAYER_LIB), QStringLiteral("libVideoPlayer_Rk.so")));
         QVERIFY(m_pWorkDir->LinkFromBin(QStringLiteral("libWgtMsgBox.so")));
-        const auto pfnInit = reinterpret_cast<KoParamApi::InitFn>(GetKoParamFunc("Init"));
-        QVERIFY(pfnInit && pfnInit(m_pWorkDir->FilePath(QStringLiteral("params.json")).toStdString()));
         // Offscreen there is no OpenGL: the plain native surface.
         KoService::SetParam("SystemConfig", "RenderingType", "1");
         m_qstrClip = m_pWorkDir->FilePath(QStringLiteral("clip.sdv"));
@@ -142,8 +145,7 @@ private slots:
         m_pWindow.reset();
         for (QWidget* pWidget : QApplication::topLevelWidgets())
             if (pWidget->objectName() == QLatin1String("CLS_WgtMsgBox")) delete pWidget;
-        if (auto pfnUnInit = reinterpret_cast<KoParamApi::UnInitFn>(GetKoParamFunc("UnInit"))) pfnUnInit();
-        m_pWorkDir.reset();
+        m_pFixture.reset();
     }
 
     void openCallsInOrder()
@@ -290,7 +292,10 @@ private slots:
         Answer(QStringLiteral("msg_videodecript_failed"), QDialogButtonBox::Ok);
         Answer(QStringLiteral("msg_decrptinput_password"), QDialogButtonBox::Ok, QStringLiteral("secret"));
         QCOMPARE(Calls(), (QStringList{"SetDecryptKey(secret,6)", "Play"}));
-        QVERIFY(!QFile(QStringLiteral("params.json")).readAll().contains("secret"));
+        // The password is kept nowhere: not in a log line, not in a parameter.
+        QVERIFY(!m_pFixture->AllLogText().contains(QStringLiteral("secret")));
+        QFile params(QStringLiteral("settings.json"));
+        QVERIFY(params.open(QIODevice::ReadOnly) && !params.readAll().contains("secret"));
 
         // A key typed after the file was stopped reaches no player.
         m_pfnRaise(55);

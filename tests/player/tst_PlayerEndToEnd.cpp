@@ -3,11 +3,11 @@
 
 #include "CLS_ModuleBasic.h"
 #include "CLS_ViewBasic.h"
-#include "KoParamApi.h"
 #include "KoServices.h"
 #include "LoadDll.h"
 #include "ModuleExports.h"
 #include "QuillTestSupport.h"
+#include "ServiceFixture.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -36,7 +36,8 @@ class tst_PlayerEndToEnd : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QuillTest::ScopedWorkDir> m_pWorkDir;
+    std::unique_ptr<QuillTest::ServiceFixture> m_pFixture;
+    QuillTest::ScopedWorkDir* m_pWorkDir = nullptr;
     GetModuleFn m_pfnGetModule = nullptr;
     std::unique_ptr<CLS_ModuleBasic> m_pModule;
     std::unique_ptr<QWidget> m_pDialog;
@@ -80,7 +81,11 @@ private:
 private slots:
     void initTestCase()
     {
-        m_pWorkDir = std::make_unique<QuillTest::ScopedWorkDir>();
+        using QuillTest::Service;
+        m_pFixture = std::make_unique<QuillTest::ServiceFixture>(std::initializer_list<Service>{
+            Service::Log, Service::Param, Service::TaskPool, Service::AppManager, Service::ColorManage});
+        QVERIFY(m_pFixture->IsReady());
+        m_pWorkDir = &m_pFixture->WorkDir();
         for (const QString& qstrName :
              QDir(QuillTest::BinDir()).entryList({"*.so", "resource", "Lang"}, QDir::AllEntries | QDir::NoDotAndDotDot))
             QVERIFY(m_pWorkDir->LinkFromBin(qstrName));
@@ -92,8 +97,6 @@ private slots:
                       "lavfi", "-i", QStringLiteral("sine=duration=%1").arg(kClipSeconds), "-c:v", "libx264",
                       "-preset", "ultrafast", "-g", "50", "-c:a", "aac", "-shortest", m_qstrClip}),
                  0);
-        const auto pfnInit = reinterpret_cast<KoParamApi::InitFn>(GetKoParamFunc("Init"));
-        QVERIFY(pfnInit && pfnInit(m_pWorkDir->FilePath(QStringLiteral("params.json")).toStdString()));
         KoService::SetParam("SystemConfig", "RenderingType", "0");
         m_pfnGetModule = reinterpret_cast<GetModuleFn>(
             LoadDll("./libModuleKoPlayer.so", {"GetModule"}).at("GetModule"));
