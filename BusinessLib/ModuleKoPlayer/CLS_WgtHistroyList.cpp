@@ -1,7 +1,7 @@
 #include "CLS_WgtHistroyList.h"
 
 #include "CLS_HistroyFile.h"
-#include "CLS_ViewBasic.h"
+#include "CLS_MsgBoxRequest.h"
 #include "CLS_WgtPlayer7ToolboxBar.h"
 #include "CLS_WgtPlayerListItem.h"
 #include "FixedSkinFile.h"
@@ -12,7 +12,6 @@
 #include <QFileInfo>
 #include <QListWidgetItem>
 #include <QSettings>
-#include <QUuid>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -20,12 +19,6 @@
 namespace {
 
 constexpr int kMaxHistroyCount = 20;
-// QMessageBox::StandardButton values, as the message box module expects them.
-constexpr int kButtonOk = 0x00000400;
-constexpr int kButtonCancel = 0x00400000;
-
-const char* const kMsgBoxModule = "WgtMsgBox";
-const char* const kShowMessage = "ShowMessage";
 
 // Paths are kept as the player received them, Windows separators included.
 QString FileNameOf(const QString& _qstrPath)
@@ -86,8 +79,7 @@ void CLS_WgtHistroyList::AddHistroy(const QString& _qstrPath, int _iPos)
 {
     if (_qstrPath.isEmpty() || _iPos < 0) return;
     if (!QFileInfo::exists(_qstrPath)) {
-        if (CLS_ViewBasic* pMsgBox = CreateMsgBox())
-            SendShowMessage(pMsgBox, tr("msg_path_error"), kButtonOk);
+        CLS_MsgBoxRequest::Show(Notice(tr("msg_path_error"), false));
         return;
     }
     if (!m_pSettings || _qstrPath == QString()) return;
@@ -199,48 +191,21 @@ void CLS_WgtHistroyList::ForgetHistroy(const QString& _qstrPath)
 
 void CLS_WgtHistroyList::AskForgetMissingFile(const QString& _qstrPath)
 {
-    CLS_ViewBasic* pMsgBox = CreateMsgBox();
-    if (!pMsgBox) return;
     // Bound to this panel: an answer that comes after the panel is gone is
     // dropped with the connection.
-    connect(pMsgBox, &CLS_ViewBasic::SignRequestTaskRsulted, this,
-            [this, _qstrPath](QString _qstrBusinessKey, QVariantMap _qmapData, QString) {
-                try {
-                    if (_qstrBusinessKey != QLatin1String(kShowMessage)) return;
-                    if (_qmapData.value(QStringLiteral("type"), 0).toInt() != kButtonOk) return;
-                    ForgetHistroy(_qstrPath);
-                } catch (...) {
-                    PLAYER_LOG(3) << "forget history entry Fail";
-                }
-            });
-    SendShowMessage(pMsgBox, tr("msg_videopath_notexist"), kButtonOk | kButtonCancel);
+    CLS_MsgBoxRequest::Show(Notice(tr("msg_videopath_notexist"), true), this,
+                            [this, _qstrPath](int _iButton, QString&) {
+                                if (_iButton == CLS_MsgBoxRequest::kButtonOk) ForgetHistroy(_qstrPath);
+                            });
 }
 
-CLS_ViewBasic* CLS_WgtHistroyList::CreateMsgBox()
+CLS_MsgBoxRequest::ST_Request CLS_WgtHistroyList::Notice(const QString& _qstrContent, bool _blAsk)
 {
-    QWidget* pWidget = CLS_ViewBasic::GetWgtView(QLatin1String(kMsgBoxModule), QVariantMap());
-    auto* pMsgBox = dynamic_cast<CLS_ViewBasic*>(pWidget);
-    if (!pMsgBox) {
-        delete pWidget;
-        PLAYER_LOG(3) << "message box not available";
-    }
-    return pMsgBox;
-}
-
-void CLS_WgtHistroyList::SendShowMessage(CLS_ViewBasic* _pMsgBox, const QString& _qstrContent,
-                                         int _iButtons)
-{
-    QVariantMap qmapParam;
-    qmapParam.insert(QStringLiteral("parent"), 0);
-    qmapParam.insert(QStringLiteral("msgboxtype"), 0);
-    qmapParam.insert(QStringLiteral("title"), tr("lab_notice"));
-    qmapParam.insert(QStringLiteral("content"), _qstrContent);
-    qmapParam.insert(QStringLiteral("inputholder"), QString());
-    qmapParam.insert(QStringLiteral("defaultbutton"), kButtonOk);
-    qmapParam.insert(QStringLiteral("standbuttons"), _iButtons);
-    if (!_pMsgBox->TaskRequest(QLatin1String(kShowMessage), qmapParam,
-                               QUuid::createUuid().toString(QUuid::WithoutBraces)))
-        _pMsgBox->deleteLater();
+    CLS_MsgBoxRequest::ST_Request stRequest;
+    stRequest.qstrTitle = tr("lab_notice");
+    stRequest.qstrContent = _qstrContent;
+    if (_blAsk) stRequest.iButtons = CLS_MsgBoxRequest::kButtonOk | CLS_MsgBoxRequest::kButtonCancel;
+    return stRequest;
 }
 
 void CLS_WgtHistroyList::SetStyleSheetByFile(const QString& _qstrPath)

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "CLS_MsgBoxRequest.h"
+
 #include <QMap>
 #include <QString>
 #include <QVector>
 #include <QWidget>
 
 class QSettings;
-class CLS_ViewBasic;
 class CLS_WgtPlayer7ToolboxBar;
 
 namespace Ui {
@@ -45,10 +46,9 @@ private:
     void AddRow(const QString& _qstrPath);
     void ForgetHistroy(const QString& _qstrPath);
     void AskForgetMissingFile(const QString& _qstrPath);
-    // The suite's message box, or null when its module is missing. The caller
-    // connects to its answer before SendShowMessage shows it.
-    CLS_ViewBasic* CreateMsgBox();
-    void SendShowMessage(CLS_ViewBasic* _pMsgBox, const QString& _qstrContent, int _iButtons);
+    // A notice box under the title "lab_notice": OK alone, or OK and Cancel
+    // when the user is asked.
+    CLS_MsgBoxRequest::ST_Request Notice(const QString& _qstrContent, bool _blAsk);
     void SetStyleSheetByFile(const QString& _qstrPath);
 
     // Never read or written: AddHistroy only checks that it exists.
