@@ -34,16 +34,16 @@ CLS_HostServices::~CLS_HostServices()
     Stop();
 }
 
-bool CLS_HostServices::Start(const QString& _qstrWorkDir, QString& _qstrError)
+bool CLS_HostServices::Start(const QString& _qstrConfigDir, const QString& _qstrLogDir,
+                             QString& _qstrError)
 {
-    const QDir dirWork(_qstrWorkDir);
     const auto pfnLogInit = reinterpret_cast<KoLogApi::InitFn>(GetKoLogFunc("Init"));
     if (!pfnLogInit) {
         _qstrError = MissingLibrary(KoLogApi::kLibraryName);
         return false;
     }
-    if (!pfnLogInit(dirWork.filePath(QStringLiteral("Log")).toStdString(), KoLogApi::Info)) {
-        _qstrError = QStringLiteral("cannot write logs below %1").arg(dirWork.filePath(QStringLiteral("Log")));
+    if (!pfnLogInit(_qstrLogDir.toStdString(), KoLogApi::Info)) {
+        _qstrError = QStringLiteral("cannot write logs below %1").arg(_qstrLogDir);
         return false;
     }
     m_blLogStarted = true;
@@ -53,9 +53,9 @@ bool CLS_HostServices::Start(const QString& _qstrWorkDir, QString& _qstrError)
         _qstrError = MissingLibrary(KoParamApi::kLibraryName);
         return false;
     }
-    dirWork.mkpath(QStringLiteral("Config"));
-    if (!pfnParamInit(dirWork.filePath(QStringLiteral("Config/QuillPlayer.json")).toStdString())) {
-        _qstrError = QStringLiteral("cannot open the settings below %1").arg(dirWork.filePath(QStringLiteral("Config")));
+    const QString qstrSettings = QDir(_qstrConfigDir).filePath(QStringLiteral("QuillPlayer.json"));
+    if (!pfnParamInit(qstrSettings.toStdString())) {
+        _qstrError = QStringLiteral("cannot open the settings %1").arg(qstrSettings);
         return false;
     }
     m_blParamStarted = true;

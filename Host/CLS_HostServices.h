@@ -12,10 +12,10 @@ public:
     CLS_HostServices(const CLS_HostServices&) = delete;
     CLS_HostServices& operator=(const CLS_HostServices&) = delete;
 
-    // Logs under "<workdir>/Log", parameters in "<workdir>/Config/QuillPlayer.json"
+    // Logs into _qstrLogDir, parameters in "<_qstrConfigDir>/QuillPlayer.json"
     // with the defaults a first start needs. False with the reason when a
     // library is missing or refuses to start.
-    bool Start(const QString& _qstrWorkDir, QString& _qstrError);
+    bool Start(const QString& _qstrConfigDir, const QString& _qstrLogDir, QString& _qstrError);
     void Stop();
 
 private:

@@ -1,8 +1,8 @@
 // quillplayer: the stand-alone host of the player module.
 
+#include "CLS_HostDirs.h"
 #include "CLS_HostOptions.h"
 #include "CLS_HostServices.h"
-#include "CLS_HostWorkDir.h"
 #include "CLS_PlayerHost.h"
 #include "CLS_QuitOnSignal.h"
 #include "KoServices.h"
@@ -61,13 +61,15 @@ int main(int argc, char* argv[])
         stOptions.qstrFile = QDir::current().absoluteFilePath(stOptions.qstrFile);
 
     QString qstrError;
-    const QString qstrWorkDir =
-        CLS_HostWorkDir::Choose(stOptions.qstrWorkDir, QCoreApplication::applicationDirPath(), qstrError);
-    if (qstrWorkDir.isEmpty() || !QDir::setCurrent(qstrWorkDir))
-        return Fail(qstrError.isEmpty() ? QStringLiteral("cannot enter %1").arg(qstrWorkDir) : qstrError);
+    ST_HostDirs stDirs;
+    if (!CLS_HostDirs::Resolve(stOptions.qstrWorkDir, QCoreApplication::applicationDirPath(), stDirs,
+                               qstrError))
+        return Fail(qstrError);
+    if (!QDir::setCurrent(stDirs.qstrWorkDir))
+        return Fail(QStringLiteral("cannot enter %1").arg(stDirs.qstrWorkDir));
 
     CLS_HostServices services;
-    if (!services.Start(qstrWorkDir, qstrError)) return Fail(qstrError);
+    if (!services.Start(stDirs.qstrConfigDir, stDirs.qstrLogDir, qstrError)) return Fail(qstrError);
 
     stOptions.qstrSkin = ResolveSkin(stOptions.qstrSkin);
     if (!stOptions.qstrRendering.isEmpty())

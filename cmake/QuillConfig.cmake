@@ -16,6 +16,17 @@ set(CMAKE_SKIP_BUILD_RPATH OFF)
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN")
 
+# The installed layout: the executables in bin, the suite's libraries and the
+# module in a private folder, read-only data in share/quillplayer. The host
+# finds the other two from its own folder, so they are kept as relative paths.
+include(GNUInstallDirs)
+set(QUILL_INSTALL_LIBDIR "${CMAKE_INSTALL_LIBDIR}/quillplayer")
+set(QUILL_INSTALL_DATADIR "${CMAKE_INSTALL_DATADIR}/quillplayer")
+file(RELATIVE_PATH QUILL_LIBDIR_FROM_BINDIR
+  "/${CMAKE_INSTALL_BINDIR}" "/${QUILL_INSTALL_LIBDIR}")
+file(RELATIVE_PATH QUILL_DATADIR_FROM_BINDIR
+  "/${CMAKE_INSTALL_BINDIR}" "/${QUILL_INSTALL_DATADIR}")
+
 option(QUILL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
 
 add_library(quill_config INTERFACE)

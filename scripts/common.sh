@@ -5,7 +5,8 @@ QUILL_PACKAGES=(
   qtbase5-dev qttools5-dev qttools5-dev-tools libqt5svg5-dev libqt5opengl5-dev
   libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libswresample-dev
   libsdl2-dev libxcb1-dev libxcb-shm0-dev libssl-dev libspdlog-dev
-  ffmpeg xvfb xauth mesa-utils libgl1-mesa-dri python3
+  ffmpeg xvfb xauth mesa-utils libgl1-mesa-dri
+  dpkg-dev desktop-file-utils python3
 )
 QUILL_JOBS=$(nproc 2>/dev/null || echo 2)
 
