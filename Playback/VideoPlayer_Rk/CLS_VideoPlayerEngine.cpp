@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 
 #include "CLS_PlaybackSession.h"
@@ -94,6 +95,12 @@ void CLS_VideoPlayerEngine::Init() {}
 bool CLS_VideoPlayerEngine::Stop()
 {
     return Guarded(false, "Stop", [this] {
+        // For measurements (bench/player_cpu.sh): what the playback showed
+        // and dropped, on standard error.
+        if (m_pSession && std::getenv("QUILL_PLAYBACK_STATS"))
+            std::fprintf(stderr, "VideoPlayer_Rk: shown %llu dropped %llu\n",
+                         static_cast<unsigned long long>(m_pSession->ShownFrames()),
+                         static_cast<unsigned long long>(m_pSession->DroppedFrames()));
         m_pSession.reset();
         m_i64PlayHandle = 0;
         m_iSpeedIndex = kNormalSpeedIndex;
