@@ -156,7 +156,8 @@ QString MakeSealed(const QString& _qstrClip)
     if (QFileInfo(qstrPath).size() > 0) return qstrPath;
     QProcess qProcess;
     qProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    qProcess.start(QCoreApplication::applicationDirPath() + "/sdvtool", {"seal", _qstrClip, qstrPath});
+    qProcess.start(QCoreApplication::applicationDirPath() + "/sdvtool",
+                   {"seal", _qstrClip, qstrPath});
     qProcess.write(QByteArray(kSealPassword) + '\n');
     qProcess.closeWriteChannel();
     if (!qProcess.waitForFinished(-1) || qProcess.exitCode() != 0) return QString();

@@ -84,14 +84,16 @@ bool CLS_VideoPlayerEngine::OpenFile(const std::string& _strPath)
         // other file goes to FFmpeg as it is.
         auto pReader = std::make_unique<CLS_SdvReader>();
         switch (pReader->Open(_strPath)) {
-        case CLS_SdvReader::OPEN_NOT_SDV:
-        case CLS_SdvReader::OPEN_IO_ERROR: return StartSession(_strPath, nullptr);
-        case CLS_SdvReader::OPEN_DAMAGED:
-            m_strLastError = "damaged .sdv header";
-            std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", _strPath.c_str(),
-                         m_strLastError.c_str());
-            return false;
-        case CLS_SdvReader::OPEN_OK: break;
+            case CLS_SdvReader::OPEN_NOT_SDV:
+            case CLS_SdvReader::OPEN_IO_ERROR:
+                return StartSession(_strPath, nullptr);
+            case CLS_SdvReader::OPEN_DAMAGED:
+                m_strLastError = "damaged .sdv header";
+                std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", _strPath.c_str(),
+                             m_strLastError.c_str());
+                return false;
+            case CLS_SdvReader::OPEN_OK:
+                break;
         }
         if (pReader->Readable())
             return StartSession(_strPath,
@@ -351,7 +353,8 @@ std::uint64_t CLS_VideoPlayerEngine::ShownFrames() const
 void CLS_VideoPlayerEngine::RaiseLater(int _iEvent)
 {
     if (m_thEvents.joinable()) m_thEvents.join();
-    m_thEvents = BriskPlatform::StartNamedThread("quill-events", [this, _iEvent] { Raise(_iEvent); });
+    m_thEvents =
+        BriskPlatform::StartNamedThread("quill-events", [this, _iEvent] { Raise(_iEvent); });
 }
 
 void CLS_VideoPlayerEngine::Raise(int _iEvent)

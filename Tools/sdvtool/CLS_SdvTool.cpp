@@ -108,8 +108,10 @@ int CLS_SdvTool::Seal(const std::string& _strIn, const std::string& _strOut)
     const std::uint64_t u64Chunks = stHeader.ChunkCount();
     for (std::uint64_t u64Index = 0; blOk && u64Index < u64Chunks; ++u64Index) {
         const std::size_t sizeChunk = static_cast<std::size_t>(std::min<std::uint64_t>(
-            ST_SdvHeader::kChunkSize, stHeader.m_u64PayloadSize - u64Index * ST_SdvHeader::kChunkSize));
-        ifIn.read(reinterpret_cast<char*>(vecPlain.data()), static_cast<std::streamsize>(sizeChunk));
+            ST_SdvHeader::kChunkSize,
+            stHeader.m_u64PayloadSize - u64Index * ST_SdvHeader::kChunkSize));
+        ifIn.read(reinterpret_cast<char*>(vecPlain.data()),
+                  static_cast<std::streamsize>(sizeChunk));
         if (ifIn.gcount() != static_cast<std::streamsize>(sizeChunk))
             return Fail(EXIT_IO, _strIn + ": changed while being read");
         if (m_stOptions.m_blPlain) {
@@ -127,10 +129,14 @@ int CLS_SdvTool::Seal(const std::string& _strIn, const std::string& _strOut)
 int CLS_SdvTool::OpenUnlocked(const std::string& _strFile, Reader& _reader)
 {
     switch (_reader.Open(_strFile)) {
-    case Reader::OPEN_IO_ERROR: return Fail(EXIT_IO, _strFile + ": cannot read");
-    case Reader::OPEN_NOT_SDV: return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
-    case Reader::OPEN_DAMAGED: return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
-    case Reader::OPEN_OK: break;
+        case Reader::OPEN_IO_ERROR:
+            return Fail(EXIT_IO, _strFile + ": cannot read");
+        case Reader::OPEN_NOT_SDV:
+            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
+        case Reader::OPEN_DAMAGED:
+            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
+        case Reader::OPEN_OK:
+            break;
     }
     if (_reader.Readable()) return EXIT_OK;
     CLS_PasswordSource stSource(m_stOptions.m_strPasswordFile);
@@ -153,7 +159,8 @@ int CLS_SdvTool::ReadThrough(const std::string& _strFile, Reader& _reader,
         const std::int64_t i64Read = _reader.Read(i64Pos, vecBuffer.data(), vecBuffer.size());
         if (i64Read == 0) break;
         if (i64Read == Reader::kReadDamaged)
-            return Fail(EXIT_DAMAGED, _strFile + ": chunk " + std::to_string(_reader.DamagedChunk()) +
+            return Fail(EXIT_DAMAGED, _strFile + ": chunk " +
+                                          std::to_string(_reader.DamagedChunk()) +
                                           " fails authentication");
         if (i64Read < 0) return Fail(EXIT_IO, _strFile + ": cannot read");
         if (_pfnSink && !_pfnSink(_pSink, vecBuffer.data(), static_cast<std::size_t>(i64Read)))
@@ -189,10 +196,11 @@ int CLS_SdvTool::Verify(const std::string& _strFile)
     if (iStatus == EXIT_OK) iStatus = ReadThrough(_strFile, stReader, nullptr, nullptr);
     if (iStatus != EXIT_OK) return iStatus;
     const ST_SdvHeader& stHeader = stReader.Header();
-    std::printf("%s: ok, %" PRIu64 " payload bytes%s\n", _strFile.c_str(), stHeader.m_u64PayloadSize,
-                stHeader.m_blSealed
-                    ? (", " + std::to_string(stHeader.ChunkCount()) + " chunks authenticated").c_str()
-                    : ", plain");
+    std::printf(
+        "%s: ok, %" PRIu64 " payload bytes%s\n", _strFile.c_str(), stHeader.m_u64PayloadSize,
+        stHeader.m_blSealed
+            ? (", " + std::to_string(stHeader.ChunkCount()) + " chunks authenticated").c_str()
+            : ", plain");
     return EXIT_OK;
 }
 
@@ -200,10 +208,14 @@ int CLS_SdvTool::Info(const std::string& _strFile)
 {
     Reader stReader;
     switch (stReader.Open(_strFile)) {
-    case Reader::OPEN_IO_ERROR: return Fail(EXIT_IO, _strFile + ": cannot read");
-    case Reader::OPEN_NOT_SDV: return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
-    case Reader::OPEN_DAMAGED: return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
-    case Reader::OPEN_OK: break;
+        case Reader::OPEN_IO_ERROR:
+            return Fail(EXIT_IO, _strFile + ": cannot read");
+        case Reader::OPEN_NOT_SDV:
+            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
+        case Reader::OPEN_DAMAGED:
+            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
+        case Reader::OPEN_OK:
+            break;
     }
     const ST_SdvHeader& stHeader = stReader.Header();
     char szCreated[32] = "unknown";
@@ -232,13 +244,18 @@ int CLS_SdvTool::Passwd(const std::string& _strFile)
 {
     Reader stReader;
     switch (stReader.Open(_strFile)) {
-    case Reader::OPEN_IO_ERROR: return Fail(EXIT_IO, _strFile + ": cannot read");
-    case Reader::OPEN_NOT_SDV: return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
-    case Reader::OPEN_DAMAGED: return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
-    case Reader::OPEN_OK: break;
+        case Reader::OPEN_IO_ERROR:
+            return Fail(EXIT_IO, _strFile + ": cannot read");
+        case Reader::OPEN_NOT_SDV:
+            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
+        case Reader::OPEN_DAMAGED:
+            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
+        case Reader::OPEN_OK:
+            break;
     }
     ST_SdvHeader stHeader = stReader.Header();
-    if (!stHeader.m_blSealed) return Fail(EXIT_USAGE, _strFile + ": not sealed, no password to change");
+    if (!stHeader.m_blSealed)
+        return Fail(EXIT_USAGE, _strFile + ": not sealed, no password to change");
     std::string strError;
     ST_Key stKey;
     {
@@ -270,6 +287,7 @@ int CLS_SdvTool::Passwd(const std::string& _strFile)
         ifIn.read(vecBuffer.data(), static_cast<std::streamsize>(vecBuffer.size()));
         blOk = stOut.Write(vecBuffer.data(), static_cast<std::size_t>(ifIn.gcount()));
     }
-    if (!blOk || !ifIn.eof() || !stOut.Commit()) return Fail(EXIT_IO, _strFile + ": cannot rewrite");
+    if (!blOk || !ifIn.eof() || !stOut.Commit())
+        return Fail(EXIT_IO, _strFile + ": cannot rewrite");
     return EXIT_OK;
 }

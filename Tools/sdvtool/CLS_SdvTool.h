@@ -15,7 +15,13 @@ class CLS_SdvReader;
 class CLS_SdvTool
 {
 public:
-    enum EM_Exit { EXIT_OK = 0, EXIT_USAGE = 1, EXIT_WRONG_PASSWORD = 2, EXIT_DAMAGED = 3, EXIT_IO = 4 };
+    enum EM_Exit {
+        EXIT_OK = 0,
+        EXIT_USAGE = 1,
+        EXIT_WRONG_PASSWORD = 2,
+        EXIT_DAMAGED = 3,
+        EXIT_IO = 4
+    };
 
     struct ST_Options
     {

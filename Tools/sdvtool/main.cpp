@@ -57,8 +57,7 @@ int main(int argc, char** argv)
     }
     if (vecArgs.empty()) return Usage("no command");
     const std::string& strCommand = vecArgs[0];
-    const std::size_t sizeWanted =
-        (strCommand == "seal" || strCommand == "unseal") ? 3 : 2;
+    const std::size_t sizeWanted = (strCommand == "seal" || strCommand == "unseal") ? 3 : 2;
     if (strCommand != "seal" && strCommand != "unseal" && strCommand != "info" &&
         strCommand != "verify" && strCommand != "passwd")
         return Usage(("unknown command " + strCommand).c_str());

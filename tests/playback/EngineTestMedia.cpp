@@ -57,7 +57,8 @@ int SealClip(const QString& _qstrIn, const QString& _qstrOut, const QByteArray& 
     qProcess.write(_qbaPassword + '\n');
     qProcess.closeWriteChannel();
     if (!qProcess.waitForFinished(60000)) return -1;
-    if (qProcess.exitCode() != 0) qWarning("sdvtool: %s", qProcess.readAllStandardError().constData());
+    if (qProcess.exitCode() != 0)
+        qWarning("sdvtool: %s", qProcess.readAllStandardError().constData());
     return qProcess.exitStatus() == QProcess::NormalExit ? qProcess.exitCode() : -1;
 }
 

@@ -242,7 +242,8 @@ void TestPlayerEngine::initTestCase()
         return _qbaData;
     };
     QByteArray qbaForged = flipped(qbaSealed, 120);
-    qbaForged.replace(160, 32, QCryptographicHash::hash(qbaForged.left(160), QCryptographicHash::Sha256));
+    qbaForged.replace(160, 32,
+                      QCryptographicHash::hash(qbaForged.left(160), QCryptographicHash::Sha256));
     QVERIFY(write("sealed_bad_header.mp4", flipped(qbaSealed, 50)));
     QVERIFY(write("sealed_bad_key.mp4", flipped(qbaSealed, 120)));
     QVERIFY(write("sealed_forged_key.mp4", qbaForged));

@@ -71,9 +71,14 @@ void TestSdvTool::initTestCase()
     QVERIFY(!QuillTest::MakeClip(m_qtmpDir.path(),
                                  {"clip.mp4", qlstX264, {"-c:a", "aac"}, {}, 320, 240, 25, 2.0})
                  .isEmpty());
-    QVERIFY(!QuillTest::MakeClip(m_qtmpDir.path(),
-                                 {"clip.ps", {"-c:v", "mpeg2video", "-q:v", "2"}, {}, {"-f", "mpeg"},
-                                  320, 240, 25, 2.0})
+    QVERIFY(!QuillTest::MakeClip(m_qtmpDir.path(), {"clip.ps",
+                                                    {"-c:v", "mpeg2video", "-q:v", "2"},
+                                                    {},
+                                                    {"-f", "mpeg"},
+                                                    320,
+                                                    240,
+                                                    25,
+                                                    2.0})
                  .isEmpty());
     QCOMPARE(QuillTest::SealClip(Path("clip.ps"), Path("sealed.sdv"), kPassword), 0);
     const QByteArray qbaSealed = ReadAll("sealed.sdv");
@@ -131,14 +136,14 @@ void TestSdvTool::failuresHaveTheirOwnStatus_data()
     QTest::newRow("no command") << QStringList() << QByteArray() << 1;
     QTest::newRow("password as an option")
         << QStringList{"--password", "x", "verify", "sealed.sdv"} << QByteArray() << 1;
-    QTest::newRow("empty password") << QStringList{"seal", "clip.mp4", "out"} << QByteArray("\n")
-                                    << 1;
-    QTest::newRow("wrong password") << QStringList{"unseal", "sealed.sdv", "out"}
-                                    << QByteArray("wrong\n") << 2;
+    QTest::newRow("empty password")
+        << QStringList{"seal", "clip.mp4", "out"} << QByteArray("\n") << 1;
+    QTest::newRow("wrong password")
+        << QStringList{"unseal", "sealed.sdv", "out"} << QByteArray("wrong\n") << 2;
     QTest::newRow("not an sdv file") << QStringList{"info", "clip.mp4"} << QByteArray() << 3;
     QTest::newRow("damaged header") << QStringList{"info", "bad_header.sdv"} << QByteArray() << 3;
-    QTest::newRow("damaged chunk") << QStringList{"unseal", "bad_chunk.sdv", "out"} << qbaRight
-                                   << 3;
+    QTest::newRow("damaged chunk")
+        << QStringList{"unseal", "bad_chunk.sdv", "out"} << qbaRight << 3;
     QTest::newRow("cut short") << QStringList{"verify", "cut.sdv"} << qbaRight << 3;
     QTest::newRow("extended") << QStringList{"verify", "extended.sdv"} << qbaRight << 3;
     QTest::newRow("missing") << QStringList{"unseal", "missing.sdv", "out"} << qbaRight << 4;

@@ -12,8 +12,7 @@ constexpr std::uint8_t kAadMiddle = 0x00;
 constexpr std::uint8_t kAadLast = 0x01;
 }  // namespace
 
-CLS_SdvChunkCipher::CLS_SdvChunkCipher(const std::uint8_t* _pKey,
-                                       const std::uint8_t* _pNoncePrefix)
+CLS_SdvChunkCipher::CLS_SdvChunkCipher(const std::uint8_t* _pKey, const std::uint8_t* _pNoncePrefix)
     : m_pCtx(EVP_CIPHER_CTX_new())
 {
     std::copy_n(_pKey, sizeof(m_arrKey), m_arrKey);
@@ -39,8 +38,7 @@ bool CLS_SdvChunkCipher::Run(bool _blEncrypt, std::uint32_t _u32Index, bool _blL
                           _blEncrypt ? 1 : 0) != 1 ||
         EVP_CipherUpdate(m_pCtx, nullptr, &iLen, &u8Aad, 1) != 1)
         return false;
-    if (_sizeIn > 0 &&
-        EVP_CipherUpdate(m_pCtx, _pOut, &iLen, _pIn, static_cast<int>(_sizeIn)) != 1)
+    if (_sizeIn > 0 && EVP_CipherUpdate(m_pCtx, _pOut, &iLen, _pIn, static_cast<int>(_sizeIn)) != 1)
         return false;
     if (!_blEncrypt && EVP_CIPHER_CTX_ctrl(m_pCtx, EVP_CTRL_GCM_SET_TAG,
                                            static_cast<int>(ST_SdvHeader::kTagSize), _pTag) != 1)

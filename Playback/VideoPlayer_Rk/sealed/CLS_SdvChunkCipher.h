@@ -23,8 +23,8 @@ public:
     CLS_SdvChunkCipher& operator=(const CLS_SdvChunkCipher&) = delete;
 
     // _pOut receives _sizeIn bytes followed by the tag.
-    bool Seal(std::uint32_t _u32Index, bool _blLast, const std::uint8_t* _pIn,
-              std::size_t _sizeIn, std::uint8_t* _pOut);
+    bool Seal(std::uint32_t _u32Index, bool _blLast, const std::uint8_t* _pIn, std::size_t _sizeIn,
+              std::uint8_t* _pOut);
     // _pIn holds _sizePlain bytes followed by the tag; false (and _pOut
     // wiped) when they are not what was sealed under this number.
     bool Open(std::uint32_t _u32Index, bool _blLast, const std::uint8_t* _pIn,

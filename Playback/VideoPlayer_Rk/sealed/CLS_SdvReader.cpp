@@ -31,12 +31,16 @@ CLS_SdvReader::EM_Open CLS_SdvReader::Open(const std::string& _strPath)
     m_ifFile.seekg(0);
     std::uint8_t arrHeader[ST_SdvHeader::kSize] = {};
     m_ifFile.read(reinterpret_cast<char*>(arrHeader), sizeof(arrHeader));
-    const std::size_t sizeRead = static_cast<std::size_t>(std::max<std::streamsize>(0, m_ifFile.gcount()));
+    const std::size_t sizeRead =
+        static_cast<std::size_t>(std::max<std::streamsize>(0, m_ifFile.gcount()));
     m_ifFile.clear();
     switch (ST_SdvHeader::Parse(arrHeader, sizeRead, m_stHeader)) {
-    case ST_SdvHeader::SDV_NOT_SDV: return OPEN_NOT_SDV;
-    case ST_SdvHeader::SDV_DAMAGED: return OPEN_DAMAGED;
-    case ST_SdvHeader::SDV_OK: break;
+        case ST_SdvHeader::SDV_NOT_SDV:
+            return OPEN_NOT_SDV;
+        case ST_SdvHeader::SDV_DAMAGED:
+            return OPEN_DAMAGED;
+        case ST_SdvHeader::SDV_OK:
+            break;
     }
     return OPEN_OK;
 }
@@ -124,7 +128,8 @@ std::int64_t CLS_SdvReader::Read(std::int64_t _i64Pos, std::uint8_t* _pOut, std:
     if (!Readable() || _i64Pos < 0) return kReadIoError;
     const std::int64_t i64Left = Size() - _i64Pos;
     if (i64Left <= 0 || _sizeOut == 0) return 0;
-    std::size_t sizeWant = static_cast<std::size_t>(std::min<std::int64_t>(i64Left, static_cast<std::int64_t>(_sizeOut)));
+    std::size_t sizeWant = static_cast<std::size_t>(
+        std::min<std::int64_t>(i64Left, static_cast<std::int64_t>(_sizeOut)));
     if (!m_stHeader.m_blSealed) {
         const std::int64_t i64At = static_cast<std::int64_t>(ST_SdvHeader::kSize) + _i64Pos;
         return ReadAt(i64At, _pOut, sizeWant) ? static_cast<std::int64_t>(sizeWant) : kReadIoError;

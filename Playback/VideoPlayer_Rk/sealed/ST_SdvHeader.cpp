@@ -78,8 +78,8 @@ bool Gcm(bool _blEncrypt, const std::uint8_t* _pKey, const std::uint8_t* _pNonce
         EVP_CIPHER_CTX_ctrl(pCtx.get(), EVP_CTRL_GCM_SET_TAG, ST_SdvHeader::kTagSize, _pTag) != 1)
         return false;
     if (EVP_CipherFinal_ex(pCtx.get(), _pOut + iLen, &iLen) != 1) return false;
-    return !_blEncrypt ||
-           EVP_CIPHER_CTX_ctrl(pCtx.get(), EVP_CTRL_GCM_GET_TAG, ST_SdvHeader::kTagSize, _pTag) == 1;
+    return !_blEncrypt || EVP_CIPHER_CTX_ctrl(pCtx.get(), EVP_CTRL_GCM_GET_TAG,
+                                              ST_SdvHeader::kTagSize, _pTag) == 1;
 }
 
 }  // namespace

@@ -48,8 +48,10 @@ int CLS_SdvIoContext::ReadPacket(void* _pOpaque, std::uint8_t* _pBuffer, int _iS
     const std::int64_t i64Chunk = pThis->m_pReader->DamagedChunk();
     if (i64Chunk != pThis->m_i64Reported) {
         pThis->m_i64Reported = i64Chunk;
-        std::fprintf(stderr, "VideoPlayer_Rk: %s: chunk %lld fails authentication, playback ends before it\n",
-                     pThis->m_strPath.c_str(), static_cast<long long>(i64Chunk));
+        std::fprintf(
+            stderr,
+            "VideoPlayer_Rk: %s: chunk %lld fails authentication, playback ends before it\n",
+            pThis->m_strPath.c_str(), static_cast<long long>(i64Chunk));
     }
     return AVERROR_INVALIDDATA;
 }
@@ -60,11 +62,19 @@ std::int64_t CLS_SdvIoContext::Seek(void* _pOpaque, std::int64_t _i64Offset, int
     const std::int64_t i64Size = pThis->m_pReader->Size();
     std::int64_t i64Target = 0;
     switch (_iWhence & ~AVSEEK_FORCE) {
-    case AVSEEK_SIZE: return i64Size;
-    case SEEK_SET: i64Target = _i64Offset; break;
-    case SEEK_CUR: i64Target = pThis->m_i64Pos + _i64Offset; break;
-    case SEEK_END: i64Target = i64Size + _i64Offset; break;
-    default: return AVERROR(EINVAL);
+        case AVSEEK_SIZE:
+            return i64Size;
+        case SEEK_SET:
+            i64Target = _i64Offset;
+            break;
+        case SEEK_CUR:
+            i64Target = pThis->m_i64Pos + _i64Offset;
+            break;
+        case SEEK_END:
+            i64Target = i64Size + _i64Offset;
+            break;
+        default:
+            return AVERROR(EINVAL);
     }
     if (i64Target < 0) return AVERROR(EINVAL);
     pThis->m_i64Pos = i64Target;
