@@ -69,7 +69,7 @@ void CLS_VideoPlayerEngine::CloseFile()
 
 std::int64_t CLS_VideoPlayerEngine::GetPlayHandle()
 {
-    return (m_pSession || m_pLocked) ? m_i64PlayHandle : 0;
+    return m_i64PlayHandle.load();
 }
 
 bool CLS_VideoPlayerEngine::OpenFile(const std::string& _strPath)
@@ -304,7 +304,6 @@ int CLS_VideoPlayerEngine::SetDecryptKey(const char* _pKey, int _iLength)
             return 1;
         }
         const std::string strPath = m_strLastPath;
-        const std::int64_t i64Handle = m_i64PlayHandle;
         m_pWaitingOutput.reset();
         auto pIo = std::make_unique<CLS_SdvIoContext>(std::move(m_pLocked), strPath);
         if (!StartSession(strPath, std::move(pIo))) {
@@ -312,11 +311,11 @@ int CLS_VideoPlayerEngine::SetDecryptKey(const char* _pKey, int _iLength)
             // is concerned, the playback is over.
             std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", strPath.c_str(),
                          m_strLastError.c_str());
+            m_i64PlayHandle = 0;
             RaiseLater(PLAYER_EVENT_PLAY_OVER);
             return 2;
         }
-        // The module plays again in the window it started in.
-        m_i64PlayHandle = i64Handle;
+        // The module now plays again in the window it started in.
         return 0;
     });
 }

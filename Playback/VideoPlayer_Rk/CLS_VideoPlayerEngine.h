@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -80,7 +81,9 @@ private:
     std::unique_ptr<CLS_SdvIoContext> m_pIo;
     std::unique_ptr<CLS_PlaybackSession> m_pSession;
     std::thread m_thEvents;
-    std::int64_t m_i64PlayHandle = 0;
+    // Read by the module from the event threads (it asks for the handle of
+    // the player raising an event); 0 whenever nothing is open.
+    std::atomic<std::int64_t> m_i64PlayHandle{0};
     std::string m_strLastPath;
     std::string m_strLastError;
     int m_iSpeedIndex = kNormalSpeedIndex;
