@@ -3,7 +3,10 @@
 // (scripts/with-xvfb.sh) so the 1X run draws into a real render widget;
 // without one it plays into the null output and says so.
 //
-//   engine_bench [--clip FILE] [--seconds-1x N]
+//   engine_bench [--clip FILE] [--seconds-1x N] [--only-1x | --only-decode | --only-sealed]
+//
+// Sealed figures compare the clip with a sealed copy of it made by sdvtool
+// (from the same folder as this program).
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -22,6 +25,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -31,6 +35,8 @@
 #include "CLS_FrameQueue.h"
 #include "CLS_MediaSource.h"
 #include "CLS_PacketQueue.h"
+#include "CLS_SdvIoContext.h"
+#include "CLS_SdvReader.h"
 #include "CLS_SessionState.h"
 #include "CLS_StepCache.h"
 #include "CLS_VideoDecoder.h"
@@ -47,6 +53,7 @@ namespace {
 
 constexpr int kDecodeFrames = 1800;
 constexpr double kClipSeconds = 200.0;
+constexpr char kSealPassword[] = "bench password";
 
 void Report(const char* _pName, double _dValue, int _iDecimals = 1)
 {
@@ -142,6 +149,21 @@ QString MakeClip()
     return qstrPath;
 }
 
+// A sealed copy of _qstrClip beside it, made once.
+QString MakeSealed(const QString& _qstrClip)
+{
+    const QString qstrPath = _qstrClip + ".sealed.sdv";
+    if (QFileInfo(qstrPath).size() > 0) return qstrPath;
+    QProcess qProcess;
+    qProcess.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    qProcess.start(QCoreApplication::applicationDirPath() + "/sdvtool",
+                   {"seal", _qstrClip, qstrPath});
+    qProcess.write(QByteArray(kSealPassword) + '\n');
+    qProcess.closeWriteChannel();
+    if (!qProcess.waitForFinished(-1) || qProcess.exitCode() != 0) return QString();
+    return qstrPath;
+}
+
 // A player whose shown pictures can be waited for.
 struct ST_Watched
 {
@@ -183,11 +205,21 @@ void RunEvents(double _dSeconds, const std::function<void()>& _fnTick = {})
 }
 
 // The engine's own demux and decode path, drained as fast as it goes.
-double EngineDecodeFps(const QString& _qstrClip)
+// _pCpuFps: pictures per CPU-second of the process, which other load on a
+// shared machine disturbs far less than the time on the clock.
+double EngineDecodeFps(const QString& _qstrClip, bool _blSealed = false, double* _pCpuFps = nullptr)
 {
     CLS_SessionState stState;
+    std::unique_ptr<CLS_SdvIoContext> pIo;
+    if (_blSealed) {
+        auto pReader = std::make_unique<CLS_SdvReader>();
+        if (pReader->Open(_qstrClip.toStdString()) != CLS_SdvReader::OPEN_OK ||
+            !pReader->Unlock(kSealPassword, std::strlen(kSealPassword)))
+            return -1.0;
+        pIo = std::make_unique<CLS_SdvIoContext>(std::move(pReader), _qstrClip.toStdString());
+    }
     CLS_MediaSource stSource;
-    if (!stSource.Open(_qstrClip.toStdString())) return -1.0;
+    if (!stSource.Open(_qstrClip.toStdString(), pIo ? pIo->Context() : nullptr)) return -1.0;
     stState.m_blAudioActive = false;
     stState.m_dFrameDuration = stSource.NominalFrameDuration();
     // Up to 1X the engine decodes on one thread, which is plenty; beyond it,
@@ -204,6 +236,7 @@ double EngineDecodeFps(const QString& _qstrClip)
     if (!stDecoder.Open(stSource.VideoStream(), strError)) return -1.0;
     QElapsedTimer qTimer;
     qTimer.start();
+    const double dCpuStart = CpuSeconds();
     if (!stDecoder.DecodeFirst(stSource, vecAudio, strError)) return -1.0;
     for (AVPacket* pPacket : vecAudio)
         av_packet_free(&pPacket);
@@ -220,6 +253,7 @@ double EngineDecodeFps(const QString& _qstrClip)
         ++iFrames;
     }
     const double dSeconds = qTimer.nsecsElapsed() / 1e9;
+    if (_pCpuFps) *_pCpuFps = iFrames / std::max(1e-9, CpuSeconds() - dCpuStart);
     stState.m_blAbort = true;
     stState.Wake();
     stVideo.Abort();
@@ -242,6 +276,68 @@ double FfmpegDecodeFps(const QString& _qstrClip)
     return kDecodeFrames / (qTimer.nsecsElapsed() / 1e9);
 }
 
+// Exact seeks while paused, to scattered positions.
+std::vector<double> SeekTimes(const QString& _qstrClip, bool _blSealed)
+{
+    std::vector<double> vecSeek;
+    ST_Watched stWatched;
+    CLS_VideoPlayerEngine& stPlayer = *stWatched.m_pPlayer;
+    if (!stPlayer.OpenFile(_qstrClip.toStdString())) return vecSeek;
+    if (_blSealed && stPlayer.SetDecryptKey(kSealPassword, int(std::strlen(kSealPassword))) != 0)
+        return vecSeek;
+    stPlayer.Play(0);
+    stWatched.WaitShownAbove(0);
+    stPlayer.Pause(true);
+    for (int i = 0; i < 25; ++i) {
+        const int iPercent = (i * 37) % 97 + 1;
+        const std::uint64_t u64Before = stWatched.m_u64Shown.load();
+        QElapsedTimer qTimer;
+        qTimer.start();
+        stPlayer.SetPlayPos(iPercent);
+        if (stWatched.WaitShownAbove(u64Before)) vecSeek.push_back(qTimer.nsecsElapsed() / 1e6);
+    }
+    return vecSeek;
+}
+
+// The sealed copy against the clip: decoding speed, unlocking, seeking.
+void ReportSealed(const QString& _qstrClip)
+{
+    const QString qstrSealed = MakeSealed(_qstrClip);
+    if (qstrSealed.isEmpty()) {
+        Note(QStringLiteral("no sealed copy (sdvtool missing?)"));
+        return;
+    }
+    // Alternated and best of six, so that other load on the machine
+    // weighs on both alike.
+    double dPlain = 0.0, dSealed = 0.0, dPlainCpu = 0.0, dSealedCpu = 0.0;
+    EngineDecodeFps(qstrSealed, true);  // the file into the page cache
+    for (int i = 0; i < 6; ++i) {
+        double dCpu = 0.0;
+        dPlain = std::max(dPlain, EngineDecodeFps(_qstrClip, false, &dCpu));
+        dPlainCpu = std::max(dPlainCpu, dCpu);
+        dSealed = std::max(dSealed, EngineDecodeFps(qstrSealed, true, &dCpu));
+        dSealedCpu = std::max(dSealedCpu, dCpu);
+    }
+    std::vector<double> vecUnlock;
+    for (int i = 0; i < 7; ++i) {
+        CLS_SdvReader stReader;
+        if (stReader.Open(qstrSealed.toStdString()) != CLS_SdvReader::OPEN_OK) break;
+        QElapsedTimer qTimer;
+        qTimer.start();
+        if (stReader.Unlock(kSealPassword, std::strlen(kSealPassword)))
+            vecUnlock.push_back(qTimer.nsecsElapsed() / 1e6);
+    }
+    const double dPlainSeek = Median(SeekTimes(_qstrClip, false));
+    const double dSealedSeek = Median(SeekTimes(qstrSealed, true));
+    Report("plain_decode_fps", dPlain);
+    Report("sealed_decode_fps", dSealed);
+    Report("sealed_decode_ratio_wall", dPlain > 0 ? dSealed / dPlain : -1.0, 3);
+    Report("sealed_decode_ratio", dPlainCpu > 0 ? dSealedCpu / dPlainCpu : -1.0, 3);
+    Report("unlock_ms", Median(vecUnlock));
+    Report("plain_seek_median_ms", dPlainSeek);
+    Report("sealed_seek_median_ms", dSealedSeek);
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -256,6 +352,7 @@ int main(int argc, char** argv)
     qParser.addOption({"seconds-1x", "Length of the 1X run (default 60).", "seconds", "60"});
     qParser.addOption({"only-1x", "Measure the 1X run alone."});
     qParser.addOption({"only-decode", "Measure decoding speed alone (engine, ffmpeg, engine)."});
+    qParser.addOption({"only-sealed", "Measure a sealed copy of the clip against the clip alone."});
     qParser.process(qApplication);
     const QString qstrClip = qParser.isSet("clip") ? qParser.value("clip") : MakeClip();
     if (qstrClip.isEmpty() || !QFileInfo::exists(qstrClip)) {
@@ -264,6 +361,10 @@ int main(int argc, char** argv)
     }
     const double dSeconds1x = std::max(1.0, qParser.value("seconds-1x").toDouble());
 
+    if (qParser.isSet("only-sealed")) {
+        ReportSealed(qstrClip);
+        return 0;
+    }
     if (qParser.isSet("only-decode")) {
         Report("decode_fps", EngineDecodeFps(qstrClip));
         Report("ffmpeg_decode_fps", FfmpegDecodeFps(qstrClip));
@@ -410,5 +511,6 @@ int main(int argc, char** argv)
     Report("dropped_frames_1x_60s", dDropped, 0);
     Report("cpu_per_second_1x", dCpu, 3);
     Report("peak_rss_mb", dPeakRss);
+    ReportSealed(qstrClip);
     return 0;
 }

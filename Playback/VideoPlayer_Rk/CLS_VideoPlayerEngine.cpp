@@ -4,10 +4,14 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <exception>
 
 #include "CLS_PlaybackSession.h"
+#include "CLS_SdvIoContext.h"
+#include "CLS_SdvReader.h"
 #include "IVideoOutput.h"
+#include "PlatformThread.h"
 
 extern "C" {
 #include <libavutil/log.h>
@@ -49,39 +53,84 @@ CLS_VideoPlayerEngine::CLS_VideoPlayerEngine()
 CLS_VideoPlayerEngine::~CLS_VideoPlayerEngine()
 {
     Guarded(0, "destroy", [this] {
-        m_pSession.reset();
+        CloseFile();
+        if (m_thEvents.joinable()) m_thEvents.join();
         return 0;
     });
 }
 
+void CLS_VideoPlayerEngine::CloseFile()
+{
+    m_pSession.reset();
+    m_pIo.reset();
+    m_pLocked.reset();
+    m_pWaitingOutput.reset();
+    m_i64PlayHandle = 0;
+}
+
 std::int64_t CLS_VideoPlayerEngine::GetPlayHandle()
 {
-    return m_pSession ? m_i64PlayHandle : 0;
+    return m_i64PlayHandle.load();
 }
 
 bool CLS_VideoPlayerEngine::OpenFile(const std::string& _strPath)
 {
     return Guarded(false, "OpenFile", [&] {
-        m_pSession.reset();
-        m_i64PlayHandle = 0;
-        auto pSession = std::make_unique<CLS_PlaybackSession>();
-        if (_strPath.empty() || !pSession->Open(_strPath, m_strLastError)) {
-            if (_strPath.empty()) m_strLastError = "no file named";
+        CloseFile();
+        if (_strPath.empty()) {
+            m_strLastError = "no file named";
             return false;
         }
-        pSession->SetEndHandler([this] { Raise(PLAYER_EVENT_PLAY_OVER); });
-        {
-            std::lock_guard<std::mutex> lock(m_mutexCallback);
-            if (m_fnObserver) pSession->SetObserver(m_fnObserver);
+        // An .sdv file is known by its first bytes, whatever its name; any
+        // other file goes to FFmpeg as it is.
+        auto pReader = std::make_unique<CLS_SdvReader>();
+        switch (pReader->Open(_strPath)) {
+            case CLS_SdvReader::OPEN_NOT_SDV:
+            case CLS_SdvReader::OPEN_IO_ERROR:
+                return StartSession(_strPath, nullptr);
+            case CLS_SdvReader::OPEN_DAMAGED:
+                m_strLastError = "damaged .sdv header";
+                std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", _strPath.c_str(),
+                             m_strLastError.c_str());
+                return false;
+            case CLS_SdvReader::OPEN_OK:
+                break;
         }
-        pSession->SetSoundOn(m_blSoundOn);
-        pSession->SetVolume(m_iVolume);
-        m_pSession = std::move(pSession);
+        if (pReader->Readable())
+            return StartSession(_strPath,
+                                std::make_unique<CLS_SdvIoContext>(std::move(pReader), _strPath));
+        m_pLocked = std::move(pReader);
         m_strLastPath = _strPath;
         m_strLastError.clear();
         m_iSpeedIndex = kNormalSpeedIndex;
+        RaiseLater(PLAYER_EVENT_PASSWORD_NEEDED);
         return true;
     });
+}
+
+bool CLS_VideoPlayerEngine::StartSession(const std::string& _strPath,
+                                         std::unique_ptr<CLS_SdvIoContext> _pIo)
+{
+    if (_pIo && !_pIo->Context()) {
+        m_strLastError = "out of memory";
+        return false;
+    }
+    auto pSession = std::make_unique<CLS_PlaybackSession>();
+    if (!pSession->Open(_strPath, m_strLastError, _pIo ? _pIo->Context() : nullptr)) return false;
+    m_pIo = std::move(_pIo);
+
+    pSession->SetEndHandler([this] { Raise(PLAYER_EVENT_PLAY_OVER); });
+    {
+        std::lock_guard<std::mutex> lock(m_mutexCallback);
+        if (m_fnObserver) pSession->SetObserver(m_fnObserver);
+    }
+    pSession->SetSoundOn(m_blSoundOn);
+    pSession->SetVolume(m_iVolume);
+    m_pSession = std::move(pSession);
+    m_strLastPath = _strPath;
+    m_strLastError.clear();
+    m_iSpeedIndex = kNormalSpeedIndex;
+    return true;
 }
 
 void CLS_VideoPlayerEngine::SetEventCallback(const ST_PlayerEventCallback* _pCallback)
@@ -101,8 +150,7 @@ bool CLS_VideoPlayerEngine::Stop()
             std::fprintf(stderr, "VideoPlayer_Rk: shown %llu dropped %llu\n",
                          static_cast<unsigned long long>(m_pSession->ShownFrames()),
                          static_cast<unsigned long long>(m_pSession->DroppedFrames()));
-        m_pSession.reset();
-        m_i64PlayHandle = 0;
+        CloseFile();
         m_iSpeedIndex = kNormalSpeedIndex;
         return true;
     });
@@ -112,9 +160,17 @@ bool CLS_VideoPlayerEngine::Play(std::int64_t _i64PlayHandle)
 {
     return Guarded(false, "Play", [&] {
         // After Stop the same file starts over.
-        if (!m_pSession && (m_strLastPath.empty() || !OpenFile(m_strLastPath))) return false;
+        if (!m_pSession && !m_pLocked && (m_strLastPath.empty() || !OpenFile(m_strLastPath)))
+            return false;
         std::unique_ptr<IVideoOutput> pOutput = CreateVideoOutput(_i64PlayHandle);
         m_i64PlayHandle = _i64PlayHandle;
+        if (m_pLocked) {
+            // Black until the key comes; the module then plays again.
+            pOutput->Clear();
+            m_pWaitingOutput = std::move(pOutput);
+            return true;
+        }
+        m_pWaitingOutput.reset();
         m_pSession->Play(std::move(pOutput));
         return true;
     });
@@ -207,6 +263,10 @@ bool CLS_VideoPlayerEngine::CloseSound()
 
 int CLS_VideoPlayerEngine::GetTotalTime()
 {
+    if (m_pLocked) {
+        const std::uint64_t u64Ms = m_pLocked->Header().m_u64DurationMs;
+        return u64Ms > 0 ? static_cast<int>((u64Ms + 500) / 1000) : -1;
+    }
     return m_pSession ? m_pSession->TotalSeconds() : -1;
 }
 
@@ -241,15 +301,35 @@ bool CLS_VideoPlayerEngine::StepBack()
 
 int CLS_VideoPlayerEngine::SetDecryptKey(const char* _pKey, int _iLength)
 {
-    // Nothing open needs a key: plain files play as they are.
-    (void)_pKey;
-    (void)_iLength;
-    return -1;
+    return Guarded(-1, "SetDecryptKey", [&] {
+        // Nothing open needs a key: plain files play as they are.
+        if (!m_pLocked) return -1;
+        // The length counts characters, not bytes; the bytes end at the zero.
+        const std::size_t sizeKey = _pKey ? std::strlen(_pKey) : 0;
+        if (_iLength <= 0 || sizeKey == 0 || !m_pLocked->Unlock(_pKey, sizeKey)) {
+            RaiseLater(PLAYER_EVENT_WRONG_PASSWORD);
+            return 1;
+        }
+        const std::string strPath = m_strLastPath;
+        m_pWaitingOutput.reset();
+        auto pIo = std::make_unique<CLS_SdvIoContext>(std::move(m_pLocked), strPath);
+        if (!StartSession(strPath, std::move(pIo))) {
+            // The key was right and the payload is not: as far as the user
+            // is concerned, the playback is over.
+            std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", strPath.c_str(),
+                         m_strLastError.c_str());
+            m_i64PlayHandle = 0;
+            RaiseLater(PLAYER_EVENT_PLAY_OVER);
+            return 2;
+        }
+        // The module now plays again in the window it started in.
+        return 0;
+    });
 }
 
 int CLS_VideoPlayerEngine::IsBusy()
 {
-    return m_pSession ? 1 : 0;
+    return (m_pSession || m_pLocked) ? 1 : 0;
 }
 
 void CLS_VideoPlayerEngine::SetFrameObserver(FrameObserver _fnObserver)
@@ -274,6 +354,13 @@ std::uint64_t CLS_VideoPlayerEngine::DroppedFrames() const
 std::uint64_t CLS_VideoPlayerEngine::ShownFrames() const
 {
     return m_pSession ? m_pSession->ShownFrames() : 0;
+}
+
+void CLS_VideoPlayerEngine::RaiseLater(int _iEvent)
+{
+    if (m_thEvents.joinable()) m_thEvents.join();
+    m_thEvents =
+        BriskPlatform::StartNamedThread("quill-events", [this, _iEvent] { Raise(_iEvent); });
 }
 
 void CLS_VideoPlayerEngine::Raise(int _iEvent)

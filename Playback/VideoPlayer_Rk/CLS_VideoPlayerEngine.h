@@ -1,10 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 
 #include "CLS_Player_Rk.h"
 
@@ -13,6 +15,9 @@ struct AVFrame;
 namespace RK_Framework::VideoPlayer {
 
 class CLS_PlaybackSession;
+class CLS_SdvIoContext;
+class CLS_SdvReader;
+class IVideoOutput;
 
 // The player the factory hands out: keeps what outlives one file (speed,
 // sound settings, the callback, the window) and one playback session.
@@ -63,9 +68,22 @@ protected:
 private:
     void ApplySpeed();
     void Raise(int _iEvent);
+    // Raises _iEvent on a thread of ours: the caller may be the receiver's
+    // own thread, which must not be called back from inside its call.
+    void RaiseLater(int _iEvent);
+    bool StartSession(const std::string& _strPath, std::unique_ptr<CLS_SdvIoContext> _pIo);
+    void CloseFile();
 
+    // A sealed file waiting for its key; it has no session yet.
+    std::unique_ptr<CLS_SdvReader> m_pLocked;
+    std::unique_ptr<IVideoOutput> m_pWaitingOutput;
+    // Declared before the session, which reads through it.
+    std::unique_ptr<CLS_SdvIoContext> m_pIo;
     std::unique_ptr<CLS_PlaybackSession> m_pSession;
-    std::int64_t m_i64PlayHandle = 0;
+    std::thread m_thEvents;
+    // Read by the module from the event threads (it asks for the handle of
+    // the player raising an event); 0 whenever nothing is open.
+    std::atomic<std::int64_t> m_i64PlayHandle{0};
     std::string m_strLastPath;
     std::string m_strLastError;
     int m_iSpeedIndex = kNormalSpeedIndex;

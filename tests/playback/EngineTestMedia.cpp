@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QProcess>
 
 #include "QuillTestSupport.h"
 
@@ -45,6 +46,20 @@ QString MakeClip(const QString& _qstrDir, const ST_Clip& _stClip)
         return QString();
     }
     return qstrPath;
+}
+
+int SealClip(const QString& _qstrIn, const QString& _qstrOut, const QByteArray& _qbaPassword)
+{
+    QProcess qProcess;
+    QStringList qlstArgs{"seal", _qstrIn, _qstrOut};
+    if (_qbaPassword.isEmpty()) qlstArgs.prepend("--plain");
+    qProcess.start(BinPath(QStringLiteral("sdvtool")), qlstArgs);
+    qProcess.write(_qbaPassword + '\n');
+    qProcess.closeWriteChannel();
+    if (!qProcess.waitForFinished(60000)) return -1;
+    if (qProcess.exitCode() != 0)
+        qWarning("sdvtool: %s", qProcess.readAllStandardError().constData());
+    return qProcess.exitStatus() == QProcess::NormalExit ? qProcess.exitCode() : -1;
 }
 
 int FrameNumberOf(const AVFrame* _pFrame)

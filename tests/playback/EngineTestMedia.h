@@ -27,6 +27,11 @@ struct ST_Clip
 // Makes the clip in _qstrDir; the path, or an empty string on failure.
 QString MakeClip(const QString& _qstrDir, const ST_Clip& _stClip);
 
+// Wraps _qstrIn into the .sdv file _qstrOut with build/bin/sdvtool: sealed
+// under _qbaPassword (given on standard input), or plain when it is empty.
+// The exit status of sdvtool.
+int SealClip(const QString& _qstrIn, const QString& _qstrOut, const QByteArray& _qbaPassword);
+
 // The number the picture carries; -1 when the band cannot be read.
 int FrameNumberOf(const AVFrame* _pFrame);
 

@@ -1,3 +1,4 @@
+#include <QCryptographicHash>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -37,14 +38,24 @@ struct ST_Probe
     std::atomic<int> m_iLast{-1};
     std::atomic<int> m_iShown{0};
     std::atomic<int> m_iEnds{0};
+    std::atomic<int> m_iAsked{0};    // 55: password needed
+    std::atomic<int> m_iRefused{0};  // 56: wrong password
+    std::atomic<bool> m_blOnCallerThread{false};
     std::atomic<CLS_Player_Rk*> m_pRaisedBy{nullptr};
 };
+
+// The password the sealed clips carry; more bytes than characters.
+const char kPassword[] = "Pass w\xc3\xb6rd 7";
+constexpr int kPasswordChars = 11;
 
 void OnEvent(void* _pUser, CLS_Player_Rk* _pPlayer, int _iType)
 {
     auto* pProbe = static_cast<ST_Probe*>(_pUser);
     pProbe->m_pRaisedBy = _pPlayer;
+    if (QThread::currentThread() == qApp->thread()) pProbe->m_blOnCallerThread = true;
     if (_iType == 81) ++pProbe->m_iEnds;
+    if (_iType == 55) ++pProbe->m_iAsked;
+    if (_iType == 56) ++pProbe->m_iRefused;
 }
 
 // Appends 64x64 pictures (about 6 KiB each) stamped _llFrom.._llTo, each
@@ -109,6 +120,9 @@ private slots:
     void frameQueueWaiterNeverQueuesStale();
     void scannerSamplesLargeFiles_data();
     void scannerSamplesLargeFiles();
+    void sealedFileWaitsForItsKey();
+    void sealedFileDamage_data();
+    void sealedFileDamage();
 
 private:
     // A player reporting into _stProbe, with _qstrName open (when given).
@@ -136,6 +150,9 @@ std::unique_ptr<CLS_VideoPlayerEngine> TestPlayerEngine::MakePlayer(ST_Probe& _s
     });
     if (!_qstrName.isEmpty() && !pPlayer->OpenFile(Clip(_qstrName)))
         qWarning("cannot open %s: %s", qPrintable(_qstrName), pPlayer->LastError().c_str());
+    if (_qstrName.startsWith(QLatin1String("sealed")) &&
+        pPlayer->SetDecryptKey(kPassword, kPasswordChars) != 0)
+        qWarning("%s refuses its key", qPrintable(_qstrName));
     return pPlayer;
 }
 
@@ -204,6 +221,34 @@ void TestPlayerEngine::initTestCase()
     QVERIFY(write("truncated.mp4", qbaH264.left(qbaH264.size() / 2)));
     QVERIFY(write("garbage.mp4", qbaNoise));
     QVERIFY(write("empty.avi", QByteArray()));
+
+    // Sealed and plain .sdv files, recognised by content whatever their name.
+    auto seal = [this](const char* _pIn, const char* _pOut, const QByteArray& _qbaPassword) {
+        return QuillTest::SealClip(m_qtmpDir.filePath(_pIn), m_qtmpDir.filePath(_pOut),
+                                   _qbaPassword) == 0;
+    };
+    QVERIFY(seal("h264.mp4", "sealed.mp4", kPassword));
+    QVERIFY(seal("mpeg2.ps", "sealed_ps.sdv", kPassword));
+    QVERIFY(seal("short.mp4", "sealed_short.avi", kPassword));
+    QVERIFY(seal("h264.mp4", "plain_header.sdv", QByteArray()));
+    // Damage: a byte of the header, of the wrapped key (also forged, with the
+    // header's checksum made right again), of a middle chunk, and a file cut
+    // inside a chunk. Chunks are 64 KiB and a 16-byte tag after a 192-byte header.
+    const QByteArray qbaSealed = readAll("sealed.mp4"), qbaSealedPs = readAll("sealed_ps.sdv");
+    const int iChunk = 65536 + 16;
+    QVERIFY(qbaSealed.size() > 192 + 2 * iChunk && qbaSealedPs.size() > 192 + 3 * iChunk);
+    auto flipped = [](QByteArray _qbaData, int _iAt) {
+        _qbaData[_iAt] = static_cast<char>(_qbaData[_iAt] ^ 0x10);
+        return _qbaData;
+    };
+    QByteArray qbaForged = flipped(qbaSealed, 120);
+    qbaForged.replace(160, 32,
+                      QCryptographicHash::hash(qbaForged.left(160), QCryptographicHash::Sha256));
+    QVERIFY(write("sealed_bad_header.mp4", flipped(qbaSealed, 50)));
+    QVERIFY(write("sealed_bad_key.mp4", flipped(qbaSealed, 120)));
+    QVERIFY(write("sealed_forged_key.mp4", qbaForged));
+    QVERIFY(write("sealed_bad_chunk.mp4", flipped(qbaSealed, 192 + iChunk + 1000)));
+    QVERIFY(write("sealed_cut.sdv", qbaSealedPs.left(192 + 2 * iChunk + 30000)));
 }
 
 void TestPlayerEngine::opensEachFormat_data()
@@ -216,6 +261,9 @@ void TestPlayerEngine::opensEachFormat_data()
     QTest::newRow("ps MPEG-2 MP2") << "mpeg2.ps";
     QTest::newRow("sdv plain") << "plain.sdv";
     QTest::newRow("avi H.264 G.711") << "g711.avi";
+    QTest::newRow("sdv plain with header") << "plain_header.sdv";
+    QTest::newRow("sdv sealed mp4") << "sealed.mp4";
+    QTest::newRow("sdv sealed ps") << "sealed_ps.sdv";
 }
 
 void TestPlayerEngine::opensEachFormat()
@@ -279,6 +327,7 @@ void TestPlayerEngine::stepsFrameExactly_data()
     QTest::newRow("avi MPEG-4") << "mpeg4.avi";
     // Stored in decode order only: no picture times to go by.
     QTest::newRow("avi H.264 with B-frames") << "g711.avi";
+    QTest::newRow("sdv sealed mp4") << "sealed.mp4";
 }
 
 void TestPlayerEngine::stepsFrameExactly()
@@ -352,6 +401,7 @@ void TestPlayerEngine::endOfFileOnce_data()
     QTest::addColumn<int>("fastSteps");
     QTest::newRow("1X") << "short.mp4" << 0;
     QTest::newRow("16X") << "short.mp4" << 4;
+    QTest::newRow("16X sealed") << "sealed_short.avi" << 4;
     QTest::newRow("clock ten hours in") << "rec_offset.ps" << 0;
     QTest::newRow("no timestamps") << "rec_bare.h264" << 0;
 }
@@ -391,6 +441,12 @@ void TestPlayerEngine::endOfFileOnce()
     QVERIFY(pPlayer->Stop());
     const int iShown = stProbe.m_iShown.load();
     QVERIFY(pPlayer->Play(0));
+    // Stop forgets a key: the sealed file asks again.
+    if (name.startsWith(QLatin1String("sealed"))) {
+        QTRY_COMPARE(stProbe.m_iAsked.load(), 2);
+        QCOMPARE(pPlayer->SetDecryptKey(kPassword, kPasswordChars), 0);
+        QVERIFY(pPlayer->Play(0));
+    }
     QTRY_VERIFY(stProbe.m_iShown.load() > iShown);
     QVERIFY(stProbe.m_iLast.load() <= 3);
 }
@@ -641,6 +697,96 @@ void TestPlayerEngine::scannerSamplesLargeFiles()
     QVERIFY(iPictures >= 50);
     const double dSpan = (stSampled.LineEnd() - i64First) * dTimeBase;
     QVERIFY2(dSpan > 3.5 && dSpan <= 4.0 + dFrame / 2, qPrintable(QString::number(dSpan)));
+}
+
+void TestPlayerEngine::sealedFileWaitsForItsKey()
+{
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QVERIFY(pPlayer->OpenFile(Clip("sealed.mp4")));
+    // Known before the password: it is open, and how long it is.
+    QCOMPARE(pPlayer->IsBusy(), 1);
+    QCOMPARE(pPlayer->GetTotalTime(), 4);
+    QTRY_COMPARE(stProbe.m_iAsked.load(), 1);
+    QVERIFY(pPlayer->Play(0));
+    QVERIFY(!pPlayer->SetPlayPos(50));
+    QVERIFY(!pPlayer->StepForward());
+    QTest::qWait(200);
+    QCOMPARE(stProbe.m_iShown.load(), 0);
+
+    // Every refused key says so once; a key the length of the password
+    // in bytes, not characters, included.
+    const QByteArray qbaPassword(kPassword);
+    const QByteArray qbaWrong[] = {"wrong", "", qbaPassword.left(kPasswordChars),
+                                   qbaPassword + ' '};
+    int iRefused = 0;
+    for (const QByteArray& qbaKey : qbaWrong) {
+        QVERIFY(pPlayer->SetDecryptKey(qbaKey.constData(), qbaKey.size()) != 0);
+        ++iRefused;
+        QTRY_COMPARE(stProbe.m_iRefused.load(), iRefused);
+    }
+    QVERIFY(pPlayer->SetDecryptKey(nullptr, 5) != 0);
+    QVERIFY(pPlayer->SetDecryptKey(kPassword, 0) != 0);
+    iRefused += 2;
+    QTRY_COMPARE(stProbe.m_iRefused.load(), iRefused);
+
+    QCOMPARE(pPlayer->SetDecryptKey(kPassword, kPasswordChars), 0);
+    QVERIFY(pPlayer->Play(0));
+    QTRY_VERIFY(stProbe.m_iLast.load() >= 5);
+    QVERIFY(stProbe.m_iShown.load() > 0);
+    QCOMPARE(stProbe.m_iAsked.load(), 1);
+    QCOMPARE(stProbe.m_iRefused.load(), iRefused);
+    QVERIFY(!stProbe.m_blOnCallerThread.load());
+
+    // A plain file needs no key and refuses none with an event.
+    QVERIFY(pPlayer->OpenFile(Clip("short.mp4")));
+    QVERIFY(pPlayer->SetDecryptKey(kPassword, kPasswordChars) != 0);
+    QTest::qWait(100);
+    QCOMPARE(stProbe.m_iAsked.load(), 1);
+    QCOMPARE(stProbe.m_iRefused.load(), iRefused);
+}
+
+void TestPlayerEngine::sealedFileDamage_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("opens");
+    QTest::addColumn<bool>("keyAccepted");
+    // Accidental damage to the header reads as damage, not as a wrong password.
+    QTest::newRow("header byte") << "sealed_bad_header.mp4" << false << false;
+    QTest::newRow("wrapped key byte") << "sealed_bad_key.mp4" << false << false;
+    QTest::newRow("wrapped key forged") << "sealed_forged_key.mp4" << true << false;
+    QTest::newRow("middle chunk byte") << "sealed_bad_chunk.mp4" << true << true;
+    QTest::newRow("cut inside a chunk") << "sealed_cut.sdv" << true << true;
+}
+
+void TestPlayerEngine::sealedFileDamage()
+{
+    QFETCH(QString, name);
+    QFETCH(bool, opens);
+    QFETCH(bool, keyAccepted);
+    ST_Probe stProbe;
+    auto pPlayer = MakePlayer(stProbe);
+    QCOMPARE(pPlayer->OpenFile(Clip(name)), opens);
+    if (!opens) {
+        QCOMPARE(pPlayer->IsBusy(), 0);
+        QTest::qWait(100);
+        QCOMPARE(stProbe.m_iAsked.load(), 0);
+        return;
+    }
+    QCOMPARE(pPlayer->SetDecryptKey(kPassword, kPasswordChars) == 0, keyAccepted);
+    if (!keyAccepted) {
+        QTRY_COMPARE(stProbe.m_iRefused.load(), 1);
+        return;
+    }
+    // Plays what authenticates, ends once before the damage, and shows
+    // nothing from beyond it, not even after seeking back and playing on.
+    QVERIFY(pPlayer->Play(0));
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 10000);
+    const int iLast = stProbe.m_iLast.load();
+    QVERIFY2(iLast > 10 && iLast < 99, qPrintable(QString::number(iLast)));
+    QVERIFY(pPlayer->SetPlayPos(0));
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 2, 10000);
+    QCOMPARE(stProbe.m_iLast.load(), iLast);
 }
 
 QTEST_GUILESS_MAIN(TestPlayerEngine)

@@ -11,13 +11,19 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
 #include <QScreen>
 #include <QtTest>
 
@@ -28,6 +34,7 @@ namespace {
 
 constexpr int kHangMs = 20000;
 constexpr int kClipSeconds = 60;
+const QByteArray kPassword = "e2e-Secret-42";
 
 }  // namespace
 
@@ -70,12 +77,36 @@ private:
         if (!file.open(QIODevice::ReadOnly)) return {};
         return QJsonDocument::fromJson(file.readAll())[QLatin1String("History")].toArray().first().toObject();
     }
-    void OpenClip()
+    void OpenClip(const QString& _qstrPath = QString(), bool _blWait = true)
     {
         auto* pView = dynamic_cast<CLS_ViewBasic*>(m_pDialog.get());
         QVERIFY(pView);
-        QVERIFY(!pView->DoBusinessRequest(QStringLiteral("OpenVideoFile"), {{"PlayUrl", m_qstrClip}}, {}));
-        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 1, kHangMs);
+        QVERIFY(!pView->DoBusinessRequest(QStringLiteral("OpenVideoFile"),
+                                          {{"PlayUrl", _qstrPath.isEmpty() ? m_qstrClip : _qstrPath}}, {}));
+        if (_blWait) QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 1, kHangMs);
+    }
+    // Waits for the message box saying _pContent, types _qstrInput when it
+    // asks for input, and presses OK.
+    void Answer(const char* _pContent, const QString& _qstrInput = QString())
+    {
+        QWidget* pBox = nullptr;
+        const auto visibleBox = [&pBox] {
+            pBox = nullptr;
+            for (QWidget* pWidget : QApplication::topLevelWidgets())
+                if (pWidget->isVisible() && pWidget->objectName() == QLatin1String("CLS_WgtMsgBox")) pBox = pWidget;
+            return pBox != nullptr;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(visibleBox(), kHangMs);
+        QCOMPARE(pBox->findChild<QLabel*>(QStringLiteral("lbl_content"))->text(),
+                 QCoreApplication::translate("MainWindow", _pContent));
+        if (auto* pInput = pBox->findChild<QLineEdit*>(QStringLiteral("lineEdit_input"))) pInput->setText(_qstrInput);
+        QPointer<QWidget> pAnswered(pBox);
+        pBox->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
+        const auto answered = [&pAnswered] {
+            QWidget* pWidget = pAnswered.data();
+            return pWidget == nullptr || pWidget->isHidden();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(answered(), kHangMs);
     }
 
 private slots:
@@ -207,6 +238,31 @@ private slots:
         OpenClip();
         const int iPlayed = PlayedShown();
         QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() > iPlayed, kHangMs);
+    }
+
+    // A sealed export asks for its password; a wrong one is said to be wrong
+    // and asked for again; the right one plays. The password is written
+    // nowhere.
+    void sealedFile()
+    {
+        const QString qstrSealed = m_pWorkDir->FilePath(QStringLiteral("sealed.sdv"));
+        QProcess qSeal;
+        qSeal.start(QuillTest::BinPath(QStringLiteral("sdvtool")), {"seal", m_qstrClip, qstrSealed});
+        qSeal.write(kPassword + '\n');
+        qSeal.closeWriteChannel();
+        QVERIFY(qSeal.waitForFinished(60000) && qSeal.exitCode() == 0);
+        OpenClip(qstrSealed, false);
+        Answer("msg_decrptinput_password", QStringLiteral("not it"));
+        Answer("msg_videodecript_failed");
+        Answer("msg_decrptinput_password", QString::fromLatin1(kPassword));
+        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 2, kHangMs);
+        Bar("SignStop");
+        QDirIterator qIt(m_pWorkDir->Path(), QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
+        while (qIt.hasNext()) {
+            QFile qfFile(qIt.next());
+            QVERIFY(qfFile.open(QIODevice::ReadOnly));
+            QVERIFY2(!qfFile.readAll().contains(kPassword), qPrintable(qfFile.fileName()));
+        }
     }
 
     void fullScreen()

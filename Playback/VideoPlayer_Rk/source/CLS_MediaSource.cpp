@@ -83,7 +83,16 @@ void CLS_MediaSource::Close()
 int CLS_MediaSource::Read(AVPacket* _pPacket)
 {
     if (!m_pFormat) return AVERROR_EOF;
-    return av_read_frame(m_pFormat, _pPacket);
+    // A supplied byte source refuses bytes it cannot vouch for; a packet
+    // that ran into such a refusal is incomplete and must not be decoded.
+    const bool blCustomIo = (m_pFormat->flags & AVFMT_FLAG_CUSTOM_IO) && m_pFormat->pb;
+    if (blCustomIo) m_pFormat->pb->error = 0;
+    const int iRet = av_read_frame(m_pFormat, _pPacket);
+    if (iRet >= 0 && blCustomIo && m_pFormat->pb->error < 0) {
+        av_packet_unref(_pPacket);
+        return m_pFormat->pb->error;
+    }
+    return iRet;
 }
 
 bool CLS_MediaSource::Seek(std::int64_t _i64Pts, bool _blToStart)

@@ -1,0 +1,293 @@
+#include "CLS_SdvTool.h"
+
+#include <openssl/crypto.h>
+#include <openssl/rand.h>
+
+#include <cinttypes>
+#include <cstdio>
+#include <ctime>
+#include <fstream>
+#include <vector>
+
+#include "CLS_AtomicFile.h"
+#include "CLS_PasswordSource.h"
+#include "CLS_SdvChunkCipher.h"
+#include "CLS_SdvReader.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+using namespace RK_Framework::VideoPlayer;
+
+namespace {
+
+// A key on the stack that wipes itself whichever way we leave.
+struct ST_Key
+{
+    std::uint8_t m_arr[ST_SdvHeader::kKeySize] = {};
+    ~ST_Key() { OPENSSL_cleanse(m_arr, sizeof(m_arr)); }
+};
+
+bool WriteToFile(void* _pFile, const std::uint8_t* _pData, std::size_t _sizeData)
+{
+    return static_cast<CLS_AtomicFile*>(_pFile)->Write(_pData, _sizeData);
+}
+
+}  // namespace
+
+CLS_SdvTool::CLS_SdvTool(ST_Options _stOptions) : m_stOptions(std::move(_stOptions)) {}
+
+int CLS_SdvTool::Fail(int _iStatus, const std::string& _strMessage)
+{
+    std::fprintf(stderr, "sdvtool: %s\n", _strMessage.c_str());
+    return _iStatus;
+}
+
+bool CLS_SdvTool::Probe(const std::string& _strIn, ST_SdvHeader& _stHeader, std::string& _strError)
+{
+    av_log_set_level(AV_LOG_QUIET);
+    AVFormatContext* pFormat = nullptr;
+    if (avformat_open_input(&pFormat, _strIn.c_str(), nullptr, nullptr) < 0 ||
+        avformat_find_stream_info(pFormat, nullptr) < 0) {
+        avformat_close_input(&pFormat);
+        _strError = _strIn + ": not a video file this player can read";
+        return false;
+    }
+    const int iVideo = av_find_best_stream(pFormat, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
+    if (iVideo < 0) {
+        avformat_close_input(&pFormat);
+        _strError = _strIn + ": no video stream";
+        return false;
+    }
+    const AVCodecParameters* pCodec = pFormat->streams[iVideo]->codecpar;
+    _stHeader.m_u32Width = static_cast<std::uint32_t>(pCodec->width);
+    _stHeader.m_u32Height = static_cast<std::uint32_t>(pCodec->height);
+    _stHeader.m_strCodec = avcodec_get_name(pCodec->codec_id);
+    _stHeader.m_u64DurationMs =
+        pFormat->duration > 0 ? static_cast<std::uint64_t>(pFormat->duration / 1000) : 0;
+    avformat_close_input(&pFormat);
+    return true;
+}
+
+int CLS_SdvTool::Seal(const std::string& _strIn, const std::string& _strOut)
+{
+    Reader stExisting;
+    if (stExisting.Open(_strIn) != Reader::OPEN_NOT_SDV)
+        return Fail(EXIT_USAGE, _strIn + ": already an .sdv file");
+    std::ifstream ifIn(_strIn, std::ios::binary | std::ios::ate);
+    if (!ifIn) return Fail(EXIT_IO, _strIn + ": cannot read");
+    const std::int64_t i64Size = static_cast<std::int64_t>(ifIn.tellg());
+    ifIn.seekg(0);
+
+    ST_SdvHeader stHeader;
+    std::string strError;
+    if (!Probe(_strIn, stHeader, strError)) return Fail(EXIT_DAMAGED, strError);
+    stHeader.m_u64PayloadSize = static_cast<std::uint64_t>(i64Size);
+    stHeader.m_i64Created = static_cast<std::int64_t>(std::time(nullptr));
+
+    ST_Key stKey;
+    if (!m_stOptions.m_blPlain) {
+        CLS_PasswordSource stSource(m_stOptions.m_strPasswordFile);
+        CLS_PasswordSource::CLS_Secret stPassword;
+        if (!stSource.ReadNew(stPassword, strError)) return Fail(EXIT_USAGE, strError);
+        if (RAND_bytes(stKey.m_arr, sizeof(stKey.m_arr)) != 1 ||
+            RAND_bytes(stHeader.m_arrNoncePrefix.data(), ST_SdvHeader::kPrefixSize) != 1 ||
+            !stHeader.WrapKey(stPassword.Data(), stPassword.Size(), stKey.m_arr))
+            return Fail(EXIT_IO, "cannot make a key");
+    }
+
+    CLS_AtomicFile stOut(_strOut);
+    if (!stOut.Open()) return Fail(EXIT_IO, _strOut + ": cannot write");
+    const auto arrHeader = stHeader.Serialize();
+    bool blOk = stOut.Write(arrHeader.data(), arrHeader.size());
+    CLS_SdvChunkCipher stCipher(stKey.m_arr, stHeader.m_arrNoncePrefix.data());
+    std::vector<std::uint8_t> vecPlain(ST_SdvHeader::kChunkSize);
+    std::vector<std::uint8_t> vecSealed(ST_SdvHeader::kChunkSize + ST_SdvHeader::kTagSize);
+    const std::uint64_t u64Chunks = stHeader.ChunkCount();
+    for (std::uint64_t u64Index = 0; blOk && u64Index < u64Chunks; ++u64Index) {
+        const std::size_t sizeChunk = static_cast<std::size_t>(std::min<std::uint64_t>(
+            ST_SdvHeader::kChunkSize,
+            stHeader.m_u64PayloadSize - u64Index * ST_SdvHeader::kChunkSize));
+        ifIn.read(reinterpret_cast<char*>(vecPlain.data()),
+                  static_cast<std::streamsize>(sizeChunk));
+        if (ifIn.gcount() != static_cast<std::streamsize>(sizeChunk))
+            return Fail(EXIT_IO, _strIn + ": changed while being read");
+        if (m_stOptions.m_blPlain) {
+            blOk = stOut.Write(vecPlain.data(), sizeChunk);
+            continue;
+        }
+        blOk = stCipher.Seal(static_cast<std::uint32_t>(u64Index), u64Index + 1 == u64Chunks,
+                             vecPlain.data(), sizeChunk, vecSealed.data()) &&
+               stOut.Write(vecSealed.data(), sizeChunk + ST_SdvHeader::kTagSize);
+    }
+    if (!blOk || !stOut.Commit()) return Fail(EXIT_IO, _strOut + ": cannot write");
+    return EXIT_OK;
+}
+
+int CLS_SdvTool::OpenUnlocked(const std::string& _strFile, Reader& _reader)
+{
+    switch (_reader.Open(_strFile)) {
+        case Reader::OPEN_IO_ERROR:
+            return Fail(EXIT_IO, _strFile + ": cannot read");
+        case Reader::OPEN_NOT_SDV:
+            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
+        case Reader::OPEN_DAMAGED:
+            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
+        case Reader::OPEN_OK:
+            break;
+    }
+    if (_reader.Readable()) return EXIT_OK;
+    CLS_PasswordSource stSource(m_stOptions.m_strPasswordFile);
+    CLS_PasswordSource::CLS_Secret stPassword;
+    std::string strError;
+    if (!stSource.Read("Password: ", stPassword, strError)) return Fail(EXIT_USAGE, strError);
+    if (!_reader.Unlock(stPassword.Data(), stPassword.Size()))
+        return Fail(EXIT_WRONG_PASSWORD, _strFile + ": wrong password");
+    return EXIT_OK;
+}
+
+int CLS_SdvTool::ReadThrough(const std::string& _strFile, Reader& _reader,
+                             bool (*_pfnSink)(void*, const std::uint8_t*, std::size_t),
+                             void* _pSink)
+{
+    const ST_SdvHeader& stHeader = _reader.Header();
+    std::vector<std::uint8_t> vecBuffer(ST_SdvHeader::kChunkSize);
+    std::int64_t i64Pos = 0;
+    for (;;) {
+        const std::int64_t i64Read = _reader.Read(i64Pos, vecBuffer.data(), vecBuffer.size());
+        if (i64Read == 0) break;
+        if (i64Read == Reader::kReadDamaged)
+            return Fail(EXIT_DAMAGED, _strFile + ": chunk " +
+                                          std::to_string(_reader.DamagedChunk()) +
+                                          " fails authentication");
+        if (i64Read < 0) return Fail(EXIT_IO, _strFile + ": cannot read");
+        if (_pfnSink && !_pfnSink(_pSink, vecBuffer.data(), static_cast<std::size_t>(i64Read)))
+            return Fail(EXIT_IO, "cannot write");
+        i64Pos += i64Read;
+    }
+    const std::int64_t i64Expected =
+        static_cast<std::int64_t>(ST_SdvHeader::kSize) +
+        static_cast<std::int64_t>(stHeader.m_blSealed ? stHeader.SealedPayloadBytes()
+                                                      : stHeader.m_u64PayloadSize);
+    if (_reader.FileSize() < i64Expected) return Fail(EXIT_DAMAGED, _strFile + ": cut short");
+    if (_reader.FileSize() > i64Expected)
+        return Fail(EXIT_DAMAGED, _strFile + ": data after the end of the payload");
+    return EXIT_OK;
+}
+
+int CLS_SdvTool::Unseal(const std::string& _strIn, const std::string& _strOut)
+{
+    Reader stReader;
+    int iStatus = OpenUnlocked(_strIn, stReader);
+    if (iStatus != EXIT_OK) return iStatus;
+    CLS_AtomicFile stOut(_strOut);
+    if (!stOut.Open()) return Fail(EXIT_IO, _strOut + ": cannot write");
+    iStatus = ReadThrough(_strIn, stReader, &WriteToFile, &stOut);
+    if (iStatus != EXIT_OK) return iStatus;
+    return stOut.Commit() ? EXIT_OK : Fail(EXIT_IO, _strOut + ": cannot write");
+}
+
+int CLS_SdvTool::Verify(const std::string& _strFile)
+{
+    Reader stReader;
+    int iStatus = OpenUnlocked(_strFile, stReader);
+    if (iStatus == EXIT_OK) iStatus = ReadThrough(_strFile, stReader, nullptr, nullptr);
+    if (iStatus != EXIT_OK) return iStatus;
+    const ST_SdvHeader& stHeader = stReader.Header();
+    std::printf(
+        "%s: ok, %" PRIu64 " payload bytes%s\n", _strFile.c_str(), stHeader.m_u64PayloadSize,
+        stHeader.m_blSealed
+            ? (", " + std::to_string(stHeader.ChunkCount()) + " chunks authenticated").c_str()
+            : ", plain");
+    return EXIT_OK;
+}
+
+int CLS_SdvTool::Info(const std::string& _strFile)
+{
+    Reader stReader;
+    switch (stReader.Open(_strFile)) {
+        case Reader::OPEN_IO_ERROR:
+            return Fail(EXIT_IO, _strFile + ": cannot read");
+        case Reader::OPEN_NOT_SDV:
+            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
+        case Reader::OPEN_DAMAGED:
+            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
+        case Reader::OPEN_OK:
+            break;
+    }
+    const ST_SdvHeader& stHeader = stReader.Header();
+    char szCreated[32] = "unknown";
+    const std::time_t tCreated = static_cast<std::time_t>(stHeader.m_i64Created);
+    if (const std::tm* pTm = std::gmtime(&tCreated))
+        std::strftime(szCreated, sizeof(szCreated), "%Y-%m-%dT%H:%M:%SZ", pTm);
+    std::printf("file: %s\n", _strFile.c_str());
+    std::printf("version: %u\n", static_cast<unsigned>(ST_SdvHeader::kVersion));
+    std::printf("payload: %s\n", stHeader.m_blSealed ? "sealed, AES-256-GCM" : "plain");
+    std::printf("payload bytes: %" PRIu64 "\n", stHeader.m_u64PayloadSize);
+    std::printf("chunk size: %u\n", static_cast<unsigned>(stHeader.m_u32ChunkSize));
+    if (stHeader.m_blSealed) {
+        std::printf("chunks: %" PRIu64 "\n", stHeader.ChunkCount());
+        std::printf("kdf: scrypt N=2^%u r=%u p=%u\n", static_cast<unsigned>(stHeader.m_u8Log2N),
+                    static_cast<unsigned>(stHeader.m_u8R), static_cast<unsigned>(stHeader.m_u8P));
+    }
+    std::printf("duration ms: %" PRIu64 "\n", stHeader.m_u64DurationMs);
+    std::printf("picture: %ux%u\n", static_cast<unsigned>(stHeader.m_u32Width),
+                static_cast<unsigned>(stHeader.m_u32Height));
+    std::printf("codec: %s\n", stHeader.m_strCodec.c_str());
+    std::printf("created: %s\n", szCreated);
+    return EXIT_OK;
+}
+
+int CLS_SdvTool::Passwd(const std::string& _strFile)
+{
+    Reader stReader;
+    switch (stReader.Open(_strFile)) {
+        case Reader::OPEN_IO_ERROR:
+            return Fail(EXIT_IO, _strFile + ": cannot read");
+        case Reader::OPEN_NOT_SDV:
+            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
+        case Reader::OPEN_DAMAGED:
+            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
+        case Reader::OPEN_OK:
+            break;
+    }
+    ST_SdvHeader stHeader = stReader.Header();
+    if (!stHeader.m_blSealed)
+        return Fail(EXIT_USAGE, _strFile + ": not sealed, no password to change");
+    std::string strError;
+    ST_Key stKey;
+    {
+        CLS_PasswordSource stSource(m_stOptions.m_strPasswordFile);
+        CLS_PasswordSource::CLS_Secret stPassword;
+        if (!stSource.Read("Password: ", stPassword, strError)) return Fail(EXIT_USAGE, strError);
+        if (!stHeader.UnwrapKey(stPassword.Data(), stPassword.Size(), stKey.m_arr))
+            return Fail(EXIT_WRONG_PASSWORD, _strFile + ": wrong password");
+    }
+    {
+        // Without a second file, the new password is the next line of the
+        // same source (standard input), or asked for on the terminal.
+        CLS_PasswordSource stSource(m_stOptions.m_strNewPasswordFile);
+        CLS_PasswordSource::CLS_Secret stPassword;
+        if (!stSource.ReadNew(stPassword, strError)) return Fail(EXIT_USAGE, strError);
+        if (!stHeader.WrapKey(stPassword.Data(), stPassword.Size(), stKey.m_arr))
+            return Fail(EXIT_IO, "cannot make a key");
+    }
+    // The payload is copied byte for byte behind the new header; a copy and
+    // a rename, so that a crash leaves the old file, never half of a new one.
+    std::ifstream ifIn(_strFile, std::ios::binary);
+    ifIn.seekg(static_cast<std::streamoff>(ST_SdvHeader::kSize));
+    CLS_AtomicFile stOut(_strFile);
+    if (!ifIn || !stOut.Open()) return Fail(EXIT_IO, _strFile + ": cannot rewrite");
+    const auto arrHeader = stHeader.Serialize();
+    bool blOk = stOut.Write(arrHeader.data(), arrHeader.size());
+    std::vector<char> vecBuffer(1 << 20);
+    while (blOk && ifIn) {
+        ifIn.read(vecBuffer.data(), static_cast<std::streamsize>(vecBuffer.size()));
+        blOk = stOut.Write(vecBuffer.data(), static_cast<std::size_t>(ifIn.gcount()));
+    }
+    if (!blOk || !ifIn.eof() || !stOut.Commit())
+        return Fail(EXIT_IO, _strFile + ": cannot rewrite");
+    return EXIT_OK;
+}
