@@ -217,13 +217,7 @@ private slots:
         // The arrow toggles itself, yet the bar always reports "not checked".
         QCOMPARE(spyBar, QList<QVariantList>({{false}, {false}}));
 
-        // The arrow keeps to the right end as the bar grows.
-        CLS_WgtPlayer7ToolboxBar bar;
-        bar.resize(200, 40);
-        bar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&bar));
-        bar.resize(260, 40);
-        QCOMPARE(bar.findChild<QToolButton*>()->geometry(), QRect(230, 0, 30, 40));
+        // Right-to-left languages put the caption at the right.
         for (const QString& qstrLanguage : QStringList{"Arabic", "Hebrew", "arabic"}) {
             qApp->setProperty("language", qstrLanguage);
             CLS_WgtPlayer7ToolboxBar barByLanguage;

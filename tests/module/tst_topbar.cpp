@@ -3,8 +3,6 @@
 
 #include <QApplication>
 #include <QLabel>
-#include <QPushButton>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTime>
 
@@ -15,22 +13,6 @@ class TestTopBar : public QObject
 private slots:
     void initTestCase() { QVERIFY(m_services.IsReady()); }
     void cleanup() { qApp->setProperty("Skin", QVariant()); }
-
-    void everyButtonEmitsItsSignalOnce()
-    {
-        CLS_WgtPlayerTopBar bar;
-        QSignalSpy spyMini(&bar, &CLS_WgtPlayerTopBar::SignMiniSize);
-        QSignalSpy spyMax(&bar, &CLS_WgtPlayerTopBar::SignMaxSize);
-        QSignalSpy spyClose(&bar, &CLS_WgtPlayerTopBar::SignAppClose);
-        QList<int> lstCounts;
-        for (const char* pName : {"pushButton_small", "pushButton_big", "pushButton_closeapp"}) {
-            auto* pButton = bar.findChild<QPushButton*>(QString::fromLatin1(pName));
-            QCOMPARE(pButton->focusPolicy(), Qt::NoFocus);
-            pButton->click();
-            lstCounts << spyMini.count() << spyMax.count() << spyClose.count();
-        }
-        QCOMPARE(lstCounts, QList<int>({1, 0, 0, 1, 1, 0, 1, 1, 1}));
-    }
 
     void clockShowsWallClockTime()
     {
@@ -49,27 +31,6 @@ private slots:
                  qPrintable(pTime->text()));
         const QString qstrFirst = pTime->text();
         QTRY_VERIFY_WITH_TIMEOUT(pTime->text() != qstrFirst, 15000);
-    }
-
-    void windowStatusFlipsIconAndTooltip()
-    {
-        CLS_WgtPlayerTopBar bar;
-        auto* pBig = bar.findChild<QPushButton*>(QStringLiteral("pushButton_big"));
-        pBig->setStyleSheet(
-            QStringLiteral("QPushButton { border: none; background: #0000ff; }"
-                           "QPushButton[blMax=\"true\"] { background: #00ff00; }"));
-        pBig->setFixedSize(20, 20);
-        const auto fnColour = [pBig] { return pBig->grab().toImage().pixel(10, 10) & 0xffffff; };
-        QCOMPARE(fnColour(), QRgb(0x0000ff));
-        // The dialog reaches the slot by name only.
-        QVERIFY(QMetaObject::invokeMethod(&bar, "SlotSetWindowStatus", Q_ARG(bool, true)));
-        QVERIFY(QMetaObject::invokeMethod(&bar, "SlotSetWindowStatus", Q_ARG(bool, true)));
-        QCOMPARE(pBig->toolTip(), QStringLiteral("lab_recover"));
-        QCOMPARE(pBig->property("blMax").toBool(), true);
-        QCOMPARE(fnColour(), QRgb(0x00ff00));
-        QVERIFY(QMetaObject::invokeMethod(&bar, "SlotSetWindowStatus", Q_ARG(bool, false)));
-        QCOMPARE(pBig->toolTip(), QStringLiteral("btn_maximize"));
-        QCOMPARE(fnColour(), QRgb(0x0000ff));
     }
 
     void styleFileBySkin_data()

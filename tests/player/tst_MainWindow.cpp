@@ -72,10 +72,6 @@ private:
         m_qlstSeen += QString::fromUtf8(m_pfnTakeCalls()).split('\n', Qt::SkipEmptyParts);
         return m_qlstSeen.contains(_qstrCall);
     }
-    int Count(const QStringList& _qlstCalls, const QString& _qstrCall)
-    {
-        return static_cast<int>(_qlstCalls.count(_qstrCall));
-    }
     void Invoke(const char* _pSlot) { QVERIFY(QMetaObject::invokeMethod(m_pWindow.get(), _pSlot)); }
     void Open(const QString& _qstrPath, long _lStart = 0)
     {
@@ -208,7 +204,7 @@ private slots:
         Calls();
         // The list's choice wins, refused steps or not.
         emit m_pBar->SignSpeedChange(8);
-        QCOMPARE(Count(Calls(), "Fast"), 4);
+        QCOMPARE(Calls().count("Fast"), 4);
         QCOMPARE(SpeedShown(), 8);
         // At the top the player is still asked, and the index stays.
         emit m_pBar->SignFastPlay();
