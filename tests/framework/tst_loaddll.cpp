@@ -60,25 +60,6 @@ private slots:
         QCOMPARE(capture.Err().size(), 3);
     }
 
-    void loadsOnceAndListsEveryName()
-    {
-        const QString qstrPath = QuillTest::LibraryPath(QStringLiteral("KoParam"));
-        const std::string strPath = qstrPath.toStdString();
-        ConsoleCapture capture;
-        const auto mapFirst = LoadDll(strPath, {"GetParam", "NoSuchFunction", "SetParam"});
-        const auto mapSecond = LoadDll(strPath, {"GetParam"});
-        QCOMPARE(mapFirst.size(), std::size_t(3));
-        QVERIFY(mapFirst.at("GetParam") && mapFirst.at("SetParam") &&
-                !mapFirst.at("NoSuchFunction"));
-        QCOMPARE(mapSecond.at("GetParam"), mapFirst.at("GetParam"));
-        QCOMPARE(capture.Out(), QStringList({"load dll - " + qstrPath,
-                                             "load dll [" + qstrPath + ": GetParam] sucess",
-                                             "load dll [" + qstrPath + ": NoSuchFunction] sucess",
-                                             "load dll [" + qstrPath + ": SetParam] sucess",
-                                             "load dll [" + qstrPath + ": GetParam] sucess"}));
-        QVERIFY(capture.Err().isEmpty());
-    }
-
     void serviceTableFromDirectory_data()
     {
         // Rows share the process-wide KoTaskPool table and run in this order.

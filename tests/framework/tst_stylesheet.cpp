@@ -43,18 +43,14 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("folder");
-        QTest::newRow("bare") << "Player"
-                              << "ModulePlayer";
-        QTest::newRow("module") << "ModuleKoPlayer"
-                                << "ModuleKoPlayer";
-        QTest::newRow("widget") << "WgtMsgBox"
-                                << "WgtMsgBox";
-        QTest::newRow("service") << "KoColorManage"
-                                 << "KoColorManage";
-        QTest::newRow("case matters") << "wgtBox"
-                                      << "ModulewgtBox";
-        QTest::newRow("prefix only inside") << "MyModule"
-                                            << "ModuleMyModule";
+        const char* const rows[][3] = {{"bare", "Player", "ModulePlayer"},
+                                       {"module", "ModuleKoPlayer", "ModuleKoPlayer"},
+                                       {"widget", "WgtMsgBox", "WgtMsgBox"},
+                                       {"service", "KoColorManage", "KoColorManage"},
+                                       {"case matters", "wgtBox", "ModulewgtBox"},
+                                       {"prefix only inside", "MyModule", "ModuleMyModule"}};
+        for (const auto& row : rows)
+            QTest::newRow(row[0]) << QString(row[1]) << QString(row[2]);
     }
 
     void normalisesModuleNames()

@@ -80,8 +80,7 @@ private slots:
     void cleanupTestCase() { qInstallMessageHandler(g_pPreviousHandler); }
     void init() { g_lstWarnings.clear(); }
     // Qt parses every sheet without a complaint; every url() is an image of the
-    // skin itself, and every image is used, renders and shows something at icon
-    // size.
+    // skin itself that renders and shows something at icon size.
     void sheetsParseAndTheirImagesRender()
     {
         static const QRegularExpression reUrl(QStringLiteral("url\\(\\s*([^)\\s]+)\\s*\\)"));
@@ -104,12 +103,8 @@ private slots:
                     setUsed << QDir::cleanPath(qstrUrl);
                 }
             }
-            const QStringList lstImages = SkinFiles(skin, QStringLiteral("*.svg"));
-            QVERIFY(!lstImages.isEmpty());
-            for (const QString& qstrImage : lstImages) {
-                const QString qstrPath = SkinRoot(skin) + qstrImage;
-                QVERIFY2(setUsed.contains(QDir::cleanPath(qstrPath)),
-                         qPrintable(qstrPath + QStringLiteral(" is unused")));
+            QVERIFY(!setUsed.isEmpty());
+            for (const QString& qstrPath : qAsConst(setUsed)) {
                 QSvgRenderer renderer(qstrPath);
                 QVERIFY2(renderer.isValid(), qPrintable(qstrPath));
                 QImage image(20, 20, QImage::Format_ARGB32_Premultiplied);

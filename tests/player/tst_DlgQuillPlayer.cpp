@@ -85,13 +85,16 @@ private slots:
         QFETCH(QString, qstrMargin);
         qApp->setProperty("Language", iPresetLanguage);
         qApp->setProperty("Skin", 0);
-        CLS_DlgQuillPlayer dialog(nullptr, jsonParams);
+        // No start parameters at all (an empty object): the other constructor.
+        const std::unique_ptr<CLS_DlgQuillPlayer> pDialog(
+            jsonParams.isEmpty() ? new CLS_DlgQuillPlayer
+                                 : new CLS_DlgQuillPlayer(nullptr, jsonParams));
         QCOMPARE(qApp->property("Language").toInt(), iLanguage);
         QCOMPARE(qApp->property("Skin").toInt(), iSkin);
         QCOMPARE(QCoreApplication::translate("MainWindow", "lab_notice"), TranslatedBy(qstrFile));
-        QVERIFY(dialog.styleSheet().contains(qstrMargin));
+        QVERIFY(pDialog->styleSheet().contains(qstrMargin));
         // The chrome is translated with it.
-        auto* pStop = dialog.findChild<QToolButton*>(QStringLiteral("toolButton_stop"));
+        auto* pStop = pDialog->findChild<QToolButton*>(QStringLiteral("toolButton_stop"));
         QVERIFY(pStop);
         QCOMPARE(pStop->toolTip(), TranslatedBy(qstrFile, "CLS_WgtPlayerControlBar", "lab_stop"));
     }
