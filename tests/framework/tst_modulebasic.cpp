@@ -76,18 +76,16 @@ private slots:
         QTest::addColumn<QString>("resultKey");
         QTest::addColumn<QVariant>("resultValue");
         QTest::addColumn<QString>("record");  // one record expected in the module's log
-        QTest::newRow("handled")
-            << "echo"
-            << "success"
-            << "echo" << QVariant(7)
-            << "\\[info\\] .*\\] handle 1 key:\\[echo\\] param:\\[\\{\n    \"x\": "
-               "7\n\\}\n\\] result:\\[\\{\n    \"echo\": 7\n\\}\n\\]$";
+        // The maps' layout in a record is the log line builder's, tested there.
+        QTest::newRow("handled") << "echo"
+                                 << "success"
+                                 << "echo" << QVariant(7)
+                                 << "\\[info\\] .*\\] handle 1 key:\\[echo\\]";
         QTest::newRow("refused, logged as an error")
             << "refuse"
             << "fail"
             << "reason" << QVariant("not today")
-            << "\\[error\\] .*\\] key:\\[refuse\\] param:\\[\\{\n    \"x\": 7\n\\}\n\\] "
-               "UUID:\\[uuid-refuse\\] result:\\[\\{\n    \"__result__\": \"fail\",";
+            << "\\[error\\] .*\\] key:\\[refuse\\] .*UUID:\\[uuid-refuse\\]";
     }
 
     void requestIsAnsweredFromWorkerThread()
@@ -120,7 +118,7 @@ private slots:
         QVERIFY(handler.m_pHandledOn.load() != QThread::currentThread());
         QCOMPARE(pEmittedOn.load(), handler.m_pHandledOn.load());
 
-        const QRegularExpression reRecord(record);
+        const QRegularExpression reRecord(record, QRegularExpression::DotMatchesEverythingOption);
         QCOMPARE(Log().filter(reRecord).size(), 1);
     }
 
