@@ -1,5 +1,5 @@
-// The view base: start-up, presenter results and their routing, and views of
-// other modules made through their libraries.
+// The view base: start-up, presenter results and their routing, and the
+// answer when another module's view cannot be made.
 #include "CLS_PresenterBasic.h"
 #include "CLS_ViewBasic.h"
 #include "ServiceFixture.h"

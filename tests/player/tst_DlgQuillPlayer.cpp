@@ -1,6 +1,6 @@
 // The dialog and the module object, offscreen: start parameters and the
-// translation they select, the skin colours, dragging, keys, the close chain
-// and the module entry.
+// translation they select, the skin colours, dragging, the title bar's window
+// buttons, keys, the close chain and the module entry.
 
 #include "CLS_DlgQuillPlayer.h"
 #include "CLS_ModuleQuillPlayer.h"
