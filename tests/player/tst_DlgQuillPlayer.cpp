@@ -93,6 +93,8 @@ private slots:
         QCOMPARE(qApp->property("Skin").toInt(), iSkin);
         QCOMPARE(QCoreApplication::translate("MainWindow", "lab_notice"), TranslatedBy(qstrFile));
         QVERIFY(pDialog->styleSheet().contains(qstrMargin));
+        // The skin's dialog sheet selects it by this name.
+        QCOMPARE(pDialog->objectName(), QStringLiteral("DlgQuillPlayer"));
         // The chrome is translated with it.
         auto* pStop = pDialog->findChild<QToolButton*>(QStringLiteral("toolButton_stop"));
         QVERIFY(pStop);
