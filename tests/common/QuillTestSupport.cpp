@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QProcess>
 
 namespace QuillTest {
@@ -60,6 +61,13 @@ bool ScopedWorkDir::WriteFile(const QString& _qstrRelative, const QByteArray& _q
     QFile file(qstrTarget);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
     return file.write(_qbaContent) == _qbaContent.size();
+}
+
+QJsonObject NewestHistroyEntry(const QString& _qstrDir)
+{
+    QFile file(_qstrDir + QStringLiteral("/HistroyInfo.json"));
+    if (!file.open(QIODevice::ReadOnly)) return {};
+    return QJsonDocument::fromJson(file.readAll())[QLatin1String("History")][0].toObject();
 }
 
 int RunProgram(const QString& _qstrProgram, const QStringList& _qlstArgs, QByteArray* _pOutput,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -37,6 +38,10 @@ private:
     QTemporaryDir m_tmpDir;
     QString m_qstrPrevious;
 };
+
+// The newest entry of the play history file in _qstrDir; empty when there
+// is none.
+QJsonObject NewestHistroyEntry(const QString& _qstrDir = QStringLiteral("."));
 
 // Runs a program to the end and answers its exit code (-1 when it could not
 // start or did not finish within _iTimeoutMs). Output goes to _pOutput.

@@ -6,9 +6,6 @@
 #include <QColor>
 #include <QFile>
 #include <QImage>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QProcess>
 #include <QtTest>
 
@@ -19,17 +16,6 @@ constexpr int kHangMs = 60000;
 QString Host()
 {
     return QuillTest::BinPath(QStringLiteral("quillplayer"));
-}
-
-int HistroyPos(const QString& _qstrWorkDir)
-{
-    QFile file(_qstrWorkDir + QStringLiteral("/HistroyInfo.json"));
-    if (!file.open(QIODevice::ReadOnly)) return -1;
-    return QJsonDocument::fromJson(file.readAll())[QLatin1String("History")]
-        .toArray()
-        .first()
-        .toObject()[QLatin1String("pos")]
-        .toInt(-1);
 }
 
 }  // namespace
@@ -104,7 +90,7 @@ private slots:
         QVERIFY(colorMiddle.lightness() > 40);
         // The title bar's corner follows the skin.
         QCOMPARE(image.pixelColor(4, 4).lightness() > 128, blLight);
-        QVERIFY(HistroyPos(workDir.path()) >= 1);
+        QVERIFY(QuillTest::NewestHistroyEntry(workDir.path())["pos"].toInt(-1) >= 1);
     }
 
     void endsCleanlyOnSigterm()
@@ -119,7 +105,7 @@ private slots:
         QVERIFY(process.waitForFinished(kHangMs));
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QCOMPARE(process.exitCode(), 0);
-        QVERIFY(HistroyPos(workDir.path()) >= 1);
+        QVERIFY(QuillTest::NewestHistroyEntry(workDir.path())["pos"].toInt(-1) >= 1);
     }
 
     void brokenModule()

@@ -209,21 +209,12 @@ private slots:
         CLS_WgtHistroyList panel;
         auto* pBar = panel.findChild<CLS_WgtPlayer7ToolboxBar*>();
         QSignalSpy spyHide(&panel, &CLS_WgtHistroyList::SignHideHistrouListWgt);
-        QSignalSpy spyBar(pBar, &CLS_WgtPlayer7ToolboxBar::SignClicked);
         QTest::mouseClick(pBar->findChild<QToolButton*>(QStringLiteral("tlb_arrow")),
                           Qt::LeftButton);
         QTest::mousePress(pBar, Qt::LeftButton, {}, QPoint(10, 10));
         QCOMPARE(spyHide.count(), 2);
-        // The arrow toggles itself, yet the bar always reports "not checked".
-        QCOMPARE(spyBar, QList<QVariantList>({{false}, {false}}));
 
-        // The arrow keeps to the right end as the bar grows.
-        CLS_WgtPlayer7ToolboxBar bar;
-        bar.resize(200, 40);
-        bar.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&bar));
-        bar.resize(260, 40);
-        QCOMPARE(bar.findChild<QToolButton*>()->geometry(), QRect(230, 0, 30, 40));
+        // Right-to-left languages put the caption at the right.
         for (const QString& qstrLanguage : QStringList{"Arabic", "Hebrew", "arabic"}) {
             qApp->setProperty("language", qstrLanguage);
             CLS_WgtPlayer7ToolboxBar barByLanguage;

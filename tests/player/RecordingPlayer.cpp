@@ -1,5 +1,5 @@
-#include "CLS_Player_Rk.h"
 #include "RecordingPlayer.h"
+#include "CLS_Player_Rk.h"
 
 #include <cstring>
 #include <mutex>
@@ -20,7 +20,6 @@ struct ST_State
     std::string strCalls;
     std::string strTaken;
     unsigned uFastCalls = 0;
-    unsigned uSlowCalls = 0;
     CLS_Player_Rk* pLivePlayer = nullptr;
     const ST_PlayerEventCallback* pCallback = nullptr;
 };
@@ -57,8 +56,7 @@ public:
     std::int64_t GetPlayHandle() override { return m_i64Handle; }
     bool OpenFile(const std::string& _strPath) override
     {
-        Record("OpenFile(" + _strPath + ")");
-        return Script().blOpenOk;
+        return Recorded("OpenFile(" + _strPath + ")");
     }
     void SetEventCallback(const ST_PlayerEventCallback* _pCallback) override
     {
@@ -67,94 +65,53 @@ public:
         State().pCallback = _pCallback;
     }
     void Init() override { Record("Init"); }
-    bool Stop() override
-    {
-        Record("Stop");
-        return true;
-    }
+    bool Stop() override { return Recorded("Stop"); }
     bool Play(std::int64_t _i64PlayHandle) override
     {
-        Record("Play");
         m_i64Handle = _i64PlayHandle;
-        return true;
+        return Recorded("Play");
     }
-    bool Pause(bool _blPause) override
-    {
-        Record(std::string("Pause(") + (_blPause ? "1" : "0") + ")");
-        return Script().blPauseOk;
-    }
+    bool Pause(bool _blPause) override { return Recorded(_blPause ? "Pause(1)" : "Pause(0)"); }
     int Fast() override
     {
         Record("Fast");
         std::lock_guard<std::mutex> lock(State().mutex);
         return (State().script.uFastRefusals >> State().uFastCalls++) & 1u;
     }
-    int Slow() override
-    {
-        Record("Slow");
-        std::lock_guard<std::mutex> lock(State().mutex);
-        return (State().script.uSlowRefusals >> State().uSlowCalls++) & 1u;
-    }
+    int Slow() override { return Recorded("Slow", 0); }
     bool SetPlayPos(int _iPercent) override
     {
-        Record("SetPlayPos(" + std::to_string(_iPercent) + ")");
-        return Script().blSetPlayPosOk;
+        return Recorded("SetPlayPos(" + std::to_string(_iPercent) + ")");
     }
     bool SetVolume(std::int64_t _i64Volume) override
     {
-        Record("SetVolume(" + std::to_string(_i64Volume) + ")");
-        return true;
+        return Recorded("SetVolume(" + std::to_string(_i64Volume) + ")");
     }
-    bool OpenSound() override
-    {
-        Record("OpenSound");
-        return true;
-    }
-    bool CloseSound() override
-    {
-        Record("CloseSound");
-        return true;
-    }
-    int GetTotalTime() override
-    {
-        Record("GetTotalTime");
-        return Script().iTotalTime;
-    }
-    int GetPlayedTime() override
-    {
-        Record("GetPlayedTime");
-        return Script().iPlayedTime;
-    }
-    bool StepForward() override
-    {
-        Record("StepForward");
-        return true;
-    }
-    bool StepBack() override
-    {
-        Record("StepBack");
-        return true;
-    }
+    bool OpenSound() override { return Recorded("OpenSound"); }
+    bool CloseSound() override { return Recorded("CloseSound"); }
+    int GetTotalTime() override { return Recorded("GetTotalTime", Script().iTotalTime); }
+    int GetPlayedTime() override { return Recorded("GetPlayedTime", Script().iPlayedTime); }
+    bool StepForward() override { return Recorded("StepForward"); }
+    bool StepBack() override { return Recorded("StepBack"); }
     int SetDecryptKey(const char* _pKey, int _iLength) override
     {
         const std::string strKey(_pKey ? _pKey : "");
         Record("SetDecryptKey(" + strKey + "," + std::to_string(_iLength) + ")");
         return strKey == Script().szAcceptedKey ? 0 : 1;
     }
-    int IsBusy() override
-    {
-        Record("IsBusy");
-        return Script().iIsBusy;
-    }
+    int IsBusy() override { return Recorded("IsBusy", Script().iIsBusy); }
 
 protected:
-    int DoNormalSpeed() override
-    {
-        Record("NormalSpeed");
-        return 0;
-    }
+    int DoNormalSpeed() override { return Recorded("NormalSpeed", 0); }
 
 private:
+    // Records the call and gives the scripted answer.
+    template <typename T = bool>
+    static T Recorded(const std::string& _strCall, T _answer = true)
+    {
+        Record(_strCall);
+        return _answer;
+    }
     static RecPlayer::ST_Script Script()
     {
         std::lock_guard<std::mutex> lock(State().mutex);
@@ -190,7 +147,6 @@ RECPLAYER_EXPORT void RecPlayer_Reset(const RecPlayer::ST_Script* _pScript)
     State().script = _pScript ? *_pScript : RecPlayer::ST_Script();
     State().strCalls.clear();
     State().uFastCalls = 0;
-    State().uSlowCalls = 0;
 }
 
 RECPLAYER_EXPORT const char* RecPlayer_TakeCalls()

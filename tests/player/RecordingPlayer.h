@@ -11,15 +11,11 @@ struct ST_Script
 {
     // False: the factory makes no player, as when the engine cannot start.
     bool blCreateOk = true;
-    bool blOpenOk = true;
     int iTotalTime = 60;
     int iPlayedTime = 0;
     int iIsBusy = 0;
-    bool blPauseOk = true;
-    // Bit n set: the n-th call (from 0) of Fast, or of Slow, is refused.
+    // Bit n set: the n-th call (from 0) of Fast is refused.
     unsigned uFastRefusals = 0;
-    unsigned uSlowRefusals = 0;
-    bool blSetPlayPosOk = true;
     // SetDecryptKey answers 0 for this key alone.
     char szAcceptedKey[32] = "secret";
 };

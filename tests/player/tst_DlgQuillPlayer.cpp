@@ -1,17 +1,16 @@
 // The dialog and the module object, offscreen: start parameters and the
-// translation they select, the skin colours, dragging, keys, the close chain
-// and the module entry.
+// translation they select, the skin colours, dragging, the title bar's window
+// buttons, keys, the close chain and the module entry.
 
 #include "CLS_DlgQuillPlayer.h"
 #include "CLS_ModuleQuillPlayer.h"
 #include "CLS_WgtPlayerMainBody.h"
-#include "LoadDll.h"
-#include "ModuleExports.h"
 #include "QuillTestSupport.h"
 
 #include <QEventLoop>
 #include <QJsonObject>
 #include <QLabel>
+#include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
 #include <QTranslator>
@@ -52,61 +51,54 @@ private slots:
     void startParams_data()
     {
         QTest::addColumn<QJsonObject>("jsonParams");
+        QTest::addColumn<int>("iPresetLanguage");
         QTest::addColumn<int>("iLanguage");
         QTest::addColumn<QString>("qstrFile");
         QTest::addColumn<int>("iSkin");
         QTest::addColumn<QString>("qstrMargin");
-        QTest::newRow("en, dark") << QJsonObject{{"Language", "EN"}, {"Skin", "Dark"}} << 1
+        QTest::newRow("en, dark") << QJsonObject{{"Language", "EN"}, {"Skin", "Dark"}} << 5 << 1
                                   << "QuillPlayer_EN.qm" << 0 << "#151A2F";
-        QTest::newRow("polish is 0") << QJsonObject{{"Language", "POLISH"}} << 0 << "QuillPlayer_CN.qm"
-                                     << 0 << "#151A2F";
-        QTest::newRow("no key for french") << QJsonObject{{"Language", "French"}} << 0
+        QTest::newRow("polish is 0") << QJsonObject{{"Language", "POLISH"}} << 5 << 0
+                                     << "QuillPlayer_CN.qm" << 0 << "#151A2F";
+        QTest::newRow("no key for french") << QJsonObject{{"Language", "French"}} << 5 << 0
                                            << "QuillPlayer_CN.qm" << 0 << "#151A2F";
-        QTest::newRow("absent language") << QJsonObject{{"Skin", "blue"}} << 0 << "QuillPlayer_CN.qm"
-                                         << 1 << "#EAEAEA";
-        QTest::newRow("de, light") << QJsonObject{{"Language", "de"}, {"Skin", "light"}} << 18
+        QTest::newRow("absent language")
+            << QJsonObject{{"Skin", "blue"}} << 5 << 0 << "QuillPlayer_CN.qm" << 1 << "#EAEAEA";
+        QTest::newRow("de, light") << QJsonObject{{"Language", "de"}, {"Skin", "light"}} << 5 << 18
                                    << "QuillPlayer_DE.qm" << 1 << "#EAEAEA";
+        // Without start parameters the property chooses the file; out of
+        // range is the first file.
+        QTest::newRow("french") << QJsonObject() << 6 << 6 << "QuillPlayer_French.qm" << 0
+                                << "#151A2F";
+        QTest::newRow("arabic, misspelt file")
+            << QJsonObject() << 8 << 8 << "QuillPlayer_Abrabic.qm" << 0 << "#151A2F";
+        QTest::newRow("19") << QJsonObject() << 19 << 19 << "QuillPlayer_CN.qm" << 0 << "#151A2F";
+        QTest::newRow("-1") << QJsonObject() << -1 << -1 << "QuillPlayer_CN.qm" << 0 << "#151A2F";
     }
     void startParams()
     {
         QFETCH(QJsonObject, jsonParams);
+        QFETCH(int, iPresetLanguage);
         QFETCH(int, iLanguage);
         QFETCH(QString, qstrFile);
         QFETCH(int, iSkin);
         QFETCH(QString, qstrMargin);
-        qApp->setProperty("Language", 5);
+        qApp->setProperty("Language", iPresetLanguage);
         qApp->setProperty("Skin", 0);
-        CLS_DlgQuillPlayer dialog(nullptr, jsonParams);
+        // No start parameters at all (an empty object): the other constructor.
+        const std::unique_ptr<CLS_DlgQuillPlayer> pDialog(
+            jsonParams.isEmpty() ? new CLS_DlgQuillPlayer
+                                 : new CLS_DlgQuillPlayer(nullptr, jsonParams));
         QCOMPARE(qApp->property("Language").toInt(), iLanguage);
         QCOMPARE(qApp->property("Skin").toInt(), iSkin);
         QCOMPARE(QCoreApplication::translate("MainWindow", "lab_notice"), TranslatedBy(qstrFile));
-        QVERIFY(dialog.styleSheet().contains(qstrMargin));
-        QCOMPARE(dialog.objectName(), QStringLiteral("DlgQuillPlayer"));
-        QCOMPARE(dialog.size(), QSize(1000, 600));
+        QVERIFY(pDialog->styleSheet().contains(qstrMargin));
+        // The skin's dialog sheet selects it by this name.
+        QCOMPARE(pDialog->objectName(), QStringLiteral("DlgQuillPlayer"));
         // The chrome is translated with it.
-        auto* pStop = dialog.findChild<QToolButton*>(QStringLiteral("toolButton_stop"));
+        auto* pStop = pDialog->findChild<QToolButton*>(QStringLiteral("toolButton_stop"));
         QVERIFY(pStop);
         QCOMPARE(pStop->toolTip(), TranslatedBy(qstrFile, "CLS_WgtPlayerControlBar", "lab_stop"));
-    }
-
-    // Without start parameters the property chooses the file; out of range
-    // is the first file.
-    void languageProperty_data()
-    {
-        QTest::addColumn<int>("iLanguage");
-        QTest::addColumn<QString>("qstrFile");
-        QTest::newRow("french") << 6 << "QuillPlayer_French.qm";
-        QTest::newRow("arabic, misspelt file") << 8 << "QuillPlayer_Abrabic.qm";
-        QTest::newRow("19") << 19 << "QuillPlayer_CN.qm";
-        QTest::newRow("-1") << -1 << "QuillPlayer_CN.qm";
-    }
-    void languageProperty()
-    {
-        QFETCH(int, iLanguage);
-        QFETCH(QString, qstrFile);
-        qApp->setProperty("Language", iLanguage);
-        CLS_DlgQuillPlayer dialog;
-        QCOMPARE(QCoreApplication::translate("MainWindow", "lab_notice"), TranslatedBy(qstrFile));
     }
 
     // The window follows the cursor unless its corner would land within the
@@ -128,13 +120,38 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         const QPoint ptStart = dialog.pos();
         const QPoint ptGrab = ptStart + QPoint(5, 5);
-        QMouseEvent press(QEvent::MouseButtonPress, QPoint(5, 5), ptGrab, Qt::LeftButton, Qt::LeftButton,
-                          Qt::NoModifier);
+        QMouseEvent press(QEvent::MouseButtonPress, QPoint(5, 5), ptGrab, Qt::LeftButton,
+                          Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&dialog, &press);
         QMouseEvent move(QEvent::MouseMove, QPoint(5, 5), ptTarget + QPoint(5, 5), Qt::NoButton,
                          Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&dialog, &move);
         QCOMPARE(dialog.pos(), blMoves ? ptTarget : ptStart);
+    }
+
+    // Maximise toggles, its icon and tooltip telling which way it goes next;
+    // no title bar button takes the keyboard from the dialog.
+    void windowButtons()
+    {
+        CLS_DlgQuillPlayer dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        auto* pBar = dialog.findChild<QWidget*>(QStringLiteral("CLS_WgtPlayerTopBar"));
+        for (const QPushButton* pButton : pBar->findChildren<QPushButton*>())
+            QCOMPARE(pButton->focusPolicy(), Qt::NoFocus);
+        auto* pBig = pBar->findChild<QPushButton*>(QStringLiteral("pushButton_big"));
+        const QImage imgNormal = pBig->grab().toImage();
+        const QString qstrNormalTip = pBig->toolTip();
+        pBig->click();
+        QVERIFY(dialog.isMaximized());
+        QVERIFY(pBig->grab().toImage() != imgNormal);
+        QVERIFY(pBig->toolTip() != qstrNormalTip);
+        pBig->click();
+        QVERIFY(!dialog.isMaximized());
+        QCOMPARE(pBig->grab().toImage(), imgNormal);
+        QCOMPARE(pBig->toolTip(), qstrNormalTip);
+        pBar->findChild<QPushButton*>(QStringLiteral("pushButton_small"))->click();
+        QVERIFY(dialog.isMinimized());
     }
 
     void escapeOutsideFullScreenIsSwallowed()
@@ -177,16 +194,9 @@ private slots:
 
     void moduleEntry()
     {
-        const auto mapFunctions = LoadDll("./libModuleKoPlayer.so", {"GetModule"});
-        const auto pfnGetModule = reinterpret_cast<GetModuleFn>(mapFunctions.at("GetModule"));
-        QVERIFY(pfnGetModule);
-        std::unique_ptr<CLS_ModuleBasic> pFirst(pfnGetModule());
-        std::unique_ptr<CLS_ModuleBasic> pSecond(pfnGetModule());
-        QVERIFY(pFirst && pSecond && pFirst != pSecond);
-        QCOMPARE(QByteArray(pFirst->GetModuleCode()), QByteArray("ModuleKoPlayer"));
-        QVERIFY(!pFirst->GetBusinessHandler({}));
-
         CLS_ModuleQuillPlayer module;
+        QCOMPARE(QByteArray(module.GetModuleCode()), QByteArray("ModuleKoPlayer"));
+        QVERIFY(!module.GetBusinessHandler({}));
         QWidget parent;
         for (const QVariantMap& qmapParam :
              {QVariantMap{}, QVariantMap{{"ParentWiget", QVariant::fromValue<QWidget*>(&parent)}},

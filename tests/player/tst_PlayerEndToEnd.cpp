@@ -15,8 +15,6 @@
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
@@ -70,12 +68,6 @@ private:
             ->grabWindow(pVideo->window()->winId(), ptTopLeft.x(), ptTopLeft.y(), pVideo->width(),
                          pVideo->height())
             .toImage();
-    }
-    QJsonObject HistroyEntry()
-    {
-        QFile file(QStringLiteral("HistroyInfo.json"));
-        if (!file.open(QIODevice::ReadOnly)) return {};
-        return QJsonDocument::fromJson(file.readAll())[QLatin1String("History")].toArray().first().toObject();
     }
     void OpenClip(const QString& _qstrPath = QString(), bool _blWait = true)
     {
@@ -200,9 +192,9 @@ private slots:
         OpenClip();
         QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 3, kHangMs);
         Bar("SignStop");
-        const int iKept = HistroyEntry()[QLatin1String("pos")].toInt();
+        const int iKept = QuillTest::NewestHistroyEntry()[QLatin1String("pos")].toInt();
         QVERIFY2(iKept >= 3, qPrintable(QString::number(iKept)));
-        QCOMPARE(HistroyEntry()[QLatin1String("path")].toString(), m_qstrClip);
+        QCOMPARE(QuillTest::NewestHistroyEntry()[QLatin1String("path")].toString(), m_qstrClip);
         Bar("SignShowHistroyLog");
         QWidget* pHistroy = Find("CLS_WgtHistroyList");
         QTRY_VERIFY(pHistroy->isVisible());
