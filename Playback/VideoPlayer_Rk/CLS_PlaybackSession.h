@@ -95,6 +95,8 @@ public:
     std::uint64_t ShownFrames() const { return m_presenter.ShownFrames(); }
 
 private:
+    // Seconds of the line from the first picture to the end (negative: unknown).
+    double Duration() const;
     int PostSeek(ST_SeekRequest _stRequest);
     void ResyncSound();
     void Shutdown();
@@ -117,6 +119,8 @@ private:
     // Back at 1X after a speed without sound: realign on the next resume.
     bool m_blSoundBehind = false;
     double m_dDuration = -1.0;
+    // The scan found joins: the total is the line's, else the container's.
+    bool m_blLineTotal = false;
     double m_dPendingTime = 0.0;
 };
 
