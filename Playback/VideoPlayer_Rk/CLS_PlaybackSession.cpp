@@ -24,6 +24,21 @@ constexpr std::size_t kFrameQueueBytes = 8u * 1024u * 1024u;
 // costs more in page faults than decoding them again would.
 constexpr std::size_t kStepCacheBytes = 96u * 1024u * 1024u;
 constexpr int kStepBackTimeoutMs = 5000;
+
+// Seconds on the timing stream's clock where the streams we play end; 0 when
+// the container does not say.
+double StreamsEnd(const CLS_MediaSource& _source)
+{
+    double dEnd = 0.0;
+    for (const AVStream* pStream : {_source.TimingStream(), _source.AudioStream()}) {
+        if (!pStream || pStream->start_time == AV_NOPTS_VALUE ||
+            pStream->duration == AV_NOPTS_VALUE || pStream->duration <= 0)
+            continue;
+        dEnd = std::max(dEnd, static_cast<double>(pStream->start_time + pStream->duration) *
+                                  av_q2d(pStream->time_base));
+    }
+    return dEnd;
+}
 }  // namespace
 
 CLS_PlaybackSession::CLS_PlaybackSession()
@@ -99,6 +114,11 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
     if (m_blLineTotal) {
         // The container counts the jumps between joined recordings too.
         m_dDuration = std::max(0.0, m_state.TimeOf(m_state.m_timeline.LineEnd()));
+    } else if (const double dEnd = StreamsEnd(m_source);
+               dEnd > static_cast<double>(m_state.m_i64FirstPts) * m_state.m_dTimeBase) {
+        // An mp4 whose clock starts hours in counts those hours in its
+        // duration (an empty edit); its streams know where they end.
+        m_dDuration = dEnd - static_cast<double>(m_state.m_i64FirstPts) * m_state.m_dTimeBase;
     } else if (dContainer > 0.0) {
         const AVFormatContext* pFormat = m_source.Format();
         const double dStart = pFormat->start_time != AV_NOPTS_VALUE

@@ -173,6 +173,7 @@ void TestPlayerEngine::initTestCase()
     const QStringList qlstPsHoursIn{"-output_ts_offset", "36000", "-f", "mpeg"};
     QVERIFY(make("rec_offset.ps", qlstX264, {"-c:a", "mp2"}, qlstPsHoursIn, 2.0));
     QVERIFY(make("rec_hours.ps", qlstX264, {"-c:a", "mp2"}, qlstPsHoursIn));
+    QVERIFY(make("rec_hours.mp4", qlstX264, qlstAac, {"-output_ts_offset", "36000"}));
     QVERIFY(make(
         "rec_hevc.mp4",
         {"-c:v", "libx265", "-preset", "ultrafast", "-x265-params",
@@ -299,6 +300,7 @@ void TestPlayerEngine::stepsFrameExactly_data()
     QTest::addColumn<int>("late");  // slots the file leaves empty after picture 0
     QTest::newRow("mp4 H.264 with B-frames") << "h264.mp4" << 0;
     QTest::newRow("mp4 H.265") << "hevc.mp4" << 0;
+    QTest::newRow("mp4 H.264, clock ten hours in") << "rec_hours.mp4" << 0;
     QTest::newRow("ps MPEG-2") << "mpeg2.ps" << 0;
     QTest::newRow("ps H.264, clock ten hours in") << "rec_hours.ps" << 0;
     QTest::newRow("ps H.265 named mp4, clock ten hours in") << "rec_hevc.mp4" << 0;
