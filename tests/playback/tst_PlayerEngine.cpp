@@ -196,7 +196,7 @@ void TestPlayerEngine::initTestCase()
             !QuillTest::MakeClip(m_qtmpDir.path(), {QStringLiteral("rec_long%1.ps").arg(iPart),
                                                     {"-c:v", "libx264", "-preset", "ultrafast",
                                                      "-qp", "0", "-g", "10", "-pix_fmt", "yuv420p"},
-                                                    {},
+                                                    {"-c:a", "mp2"},
                                                     qlstFormat,
                                                     640,
                                                     480,
@@ -687,10 +687,8 @@ void TestPlayerEngine::frameQueueWaiterNeverQueuesStale()
 void TestPlayerEngine::scannerSamplesLargeFiles_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::addColumn<double>("seconds");
-    QTest::newRow("clock an hour on") << "rec_joined.ps" << 4.0;
-    QTest::newRow("clock reset") << "rec_reset.ps" << 4.0;
-    QTest::newRow("on, then reset") << "rec_three.ps" << 6.0;
+    QTest::newRow("clock an hour on") << "rec_joined.ps";
+    QTest::newRow("clock reset") << "rec_reset.ps";
 }
 
 void TestPlayerEngine::scannerSamplesLargeFiles()
@@ -700,7 +698,6 @@ void TestPlayerEngine::scannerSamplesLargeFiles()
     // join narrowed down by bisection. It must come to what reading the whole
     // file gives, B-frames reordered around the join included.
     QFETCH(QString, name);
-    QFETCH(double, seconds);
     CLS_MediaSource stSource;
     QVERIFY(stSource.Open(Clip(name)));
     const double dTimeBase = av_q2d(stSource.VideoStream()->time_base);
@@ -717,7 +714,7 @@ void TestPlayerEngine::scannerSamplesLargeFiles()
     QCOMPARE(stSampled.LineEnd(), stWhole.LineEnd());
 
     // Every picture lands where the whole read puts it, on a line of the
-    // recorded seconds: the jumps between the clocks are gone.
+    // 4 recorded seconds: the jump between the clocks is gone.
     std::int64_t i64First = INT64_MAX;
     int iPictures = 0;
     AVPacket* pPacket = av_packet_alloc();
@@ -734,8 +731,7 @@ void TestPlayerEngine::scannerSamplesLargeFiles()
     av_packet_free(&pPacket);
     QVERIFY(iPictures >= 50);
     const double dSpan = (stSampled.LineEnd() - i64First) * dTimeBase;
-    QVERIFY2(dSpan > seconds - 0.5 && dSpan <= seconds + dFrame / 2,
-             qPrintable(QString::number(dSpan)));
+    QVERIFY2(dSpan > 3.5 && dSpan <= 4.0 + dFrame / 2, qPrintable(QString::number(dSpan)));
 }
 
 QTEST_GUILESS_MAIN(TestPlayerEngine)

@@ -222,7 +222,10 @@ void CLS_TimelineScanner::BuildByReading(CLS_Timeline& _timeline)
         // The ends are read through: a join may sit right at either.
         const std::int64_t i64Edge = std::min(m_stLimits.m_i64Edge, i64Size / 4);
         ReadStretch(0, i64Edge);
-        ReadStretch(i64Size - i64Edge, i64Size);
+        // A muxer may write a tail of sound alone, the last pictures having
+        // gone out earlier: read further back until one comes.
+        for (std::int64_t i64Tail = i64Edge; !m_blHaveTail && i64Tail < 16 * i64Edge; i64Tail *= 4)
+            ReadStretch(std::max<std::int64_t>(0, i64Size - i64Tail), i64Size);
         std::vector<ST_Sample> vecSamples;
         const int iSamples = std::max(2, m_stLimits.m_iSamples);
         for (int i = 0; i < iSamples; ++i)
