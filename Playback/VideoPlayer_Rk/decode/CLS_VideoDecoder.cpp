@@ -371,8 +371,11 @@ void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
         const std::int64_t i64Raw = i64Pts;
         i64Pts = m_state.m_timeline.ToLine(i64Raw, m_i64LastPos);
         // A join the scan did not see: from here on the line leaves out the
-        // jump, as it would had the scan found it.
+        // jump, as it would had the scan found it. Keyframes alone lie a
+        // group apart, which may be a long way forward but never back.
+        const bool blSparse = m_iLevel == DECODE_KEYFRAMES_ONLY;
         if (m_blHaveLast && m_state.m_timeline.IsJump(m_i64LastPts, i64Pts) &&
+            (!blSparse || i64Pts < m_i64LastPts) &&
             m_state.m_timeline.AddJoin(m_i64LastPos, m_i64LastPts, i64Raw, m_state.m_i64FirstPts))
             i64Pts = m_state.m_timeline.ToLine(i64Raw, m_i64LastPos);
     }
