@@ -24,6 +24,21 @@ constexpr std::size_t kFrameQueueBytes = 8u * 1024u * 1024u;
 // costs more in page faults than decoding them again would.
 constexpr std::size_t kStepCacheBytes = 96u * 1024u * 1024u;
 constexpr int kStepBackTimeoutMs = 5000;
+
+// Seconds on the timing stream's clock where the streams we play end; 0 when
+// the container does not say.
+double StreamsEnd(const CLS_MediaSource& _source)
+{
+    double dEnd = 0.0;
+    for (const AVStream* pStream : {_source.TimingStream(), _source.AudioStream()}) {
+        if (!pStream || pStream->start_time == AV_NOPTS_VALUE ||
+            pStream->duration == AV_NOPTS_VALUE || pStream->duration <= 0)
+            continue;
+        dEnd = std::max(dEnd, static_cast<double>(pStream->start_time + pStream->duration) *
+                                  av_q2d(pStream->time_base));
+    }
+    return dEnd;
+}
 }  // namespace
 
 CLS_PlaybackSession::CLS_PlaybackSession()
@@ -66,9 +81,10 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
         return false;
     }
     m_state.m_dFrameDuration = m_source.NominalFrameDuration();
-    if (!m_videoDecoder.Open(m_source.VideoStream(), _strError)) return false;
-    CLS_TimelineScanner(m_source, m_state.m_dTimeBase, m_state.m_dFrameDuration)
-        .Build(m_state.m_timeline);
+    if (!m_videoDecoder.Open(m_source.TimingStream(), _strError)) return false;
+    if (m_source.VideoStream())
+        CLS_TimelineScanner(m_source, m_state.m_dTimeBase, m_state.m_dFrameDuration)
+            .Build(m_state.m_timeline);
 
     bool blAudio = false;
     if (m_source.AudioStream()) {
@@ -94,9 +110,15 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
 
     // Times run from the first picture, whatever clock the recorder started.
     const double dContainer = m_source.DurationSeconds();
-    if (m_state.m_timeline.HasJoins()) {
+    m_blLineTotal = m_state.m_timeline.HasJoins();
+    if (m_blLineTotal) {
         // The container counts the jumps between joined recordings too.
         m_dDuration = std::max(0.0, m_state.TimeOf(m_state.m_timeline.LineEnd()));
+    } else if (const double dEnd = StreamsEnd(m_source);
+               dEnd > static_cast<double>(m_state.m_i64FirstPts) * m_state.m_dTimeBase) {
+        // An mp4 whose clock starts hours in counts those hours in its
+        // duration (an empty edit); its streams know where they end.
+        m_dDuration = dEnd - static_cast<double>(m_state.m_i64FirstPts) * m_state.m_dTimeBase;
     } else if (dContainer > 0.0) {
         const AVFormatContext* pFormat = m_source.Format();
         const double dStart = pFormat->start_time != AV_NOPTS_VALUE
@@ -190,10 +212,25 @@ int CLS_PlaybackSession::PostSeek(ST_SeekRequest _stRequest)
     return iSerial;
 }
 
+double CLS_PlaybackSession::Duration() const
+{
+    if (m_dDuration <= 0.0) return m_dDuration;
+    // Joins met while playing take their jumps out of the total as well.
+    const double dTotal =
+        m_blLineTotal ? m_state.TimeOf(m_state.m_timeline.LineEnd())
+                      : m_dDuration - static_cast<double>(m_state.m_timeline.FoundShortening()) *
+                                          m_state.m_dTimeBase;
+    // Where it still falls short, what has been shown is on the line all the same.
+    const double dShown =
+        m_presenter.ShownSerial() < 0 ? 0.0 : m_presenter.ShownTime() + m_state.m_dFrameDuration;
+    return std::max(dTotal, dShown);
+}
+
 bool CLS_PlaybackSession::SeekPercent(int _iPercent)
 {
-    if (!m_blStarted || m_dDuration <= 0.0) return false;
-    const double dTime = m_dDuration * std::clamp(_iPercent, 0, 100) / 100.0;
+    const double dDuration = Duration();
+    if (!m_blStarted || dDuration <= 0.0) return false;
+    const double dTime = dDuration * std::clamp(_iPercent, 0, 100) / 100.0;
     ST_SeekRequest stRequest;
     stRequest.m_i64Target = m_state.PtsOf(dTime);
     stRequest.m_i64SeekPts = stRequest.m_i64Target;
@@ -238,8 +275,9 @@ bool CLS_PlaybackSession::StepBack()
 
 int CLS_PlaybackSession::TotalSeconds() const
 {
-    if (m_dDuration <= 0.0) return -1;
-    return static_cast<int>(std::lround(m_dDuration));
+    const double dDuration = Duration();
+    if (dDuration <= 0.0) return -1;
+    return static_cast<int>(std::lround(dDuration));
 }
 
 double CLS_PlaybackSession::ShownTime() const

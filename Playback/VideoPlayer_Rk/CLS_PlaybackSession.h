@@ -8,7 +8,9 @@
 // - video decode ("quill-vdecode", CLS_VideoDecoder): owns the video codec.
 //   Turns packets into pictures on the timeline, lands seeks exactly (pictures
 //   before the target are held back, or kept in the step cache when stepping
-//   back) and puts them into the frame queue.
+//   back) and puts them into the frame queue. For a file without pictures it
+//   makes black ones, timed by the sound's packets. It and the audio decoder
+//   add to the timeline the joins that the scan before playing missed.
 // - audio decode ("quill-adecode", CLS_AudioDecoder): owns the sound codec
 //   and resampler; at 1X with sound only. Feeds the audio output's buffer.
 // - presenter ("quill-present", CLS_VideoPresenter): owns the video output
@@ -95,6 +97,8 @@ public:
     std::uint64_t ShownFrames() const { return m_presenter.ShownFrames(); }
 
 private:
+    // Seconds of the line from the first picture to the end (negative: unknown).
+    double Duration() const;
     int PostSeek(ST_SeekRequest _stRequest);
     void ResyncSound();
     void Shutdown();
@@ -117,6 +121,8 @@ private:
     // Back at 1X after a speed without sound: realign on the next resume.
     bool m_blSoundBehind = false;
     double m_dDuration = -1.0;
+    // The scan found joins: the total is the line's, else the container's.
+    bool m_blLineTotal = false;
     double m_dPendingTime = 0.0;
 };
 

@@ -30,7 +30,8 @@ struct ST_SeekRequest
 };
 
 // What the threads of one playback share. Timeline facts are written before
-// the threads start and only read afterwards.
+// the threads start and only read afterwards, except the timeline's parts,
+// which the decoders may add to while playing (it locks for itself).
 class CLS_SessionState
 {
 public:

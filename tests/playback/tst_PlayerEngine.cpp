@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
+#include <QtMath>
 
 #include <algorithm>
 #include <atomic>
@@ -186,8 +187,15 @@ void TestPlayerEngine::initTestCase()
     QVERIFY(make("short.mp4", qlstX264, qlstAac, {}, 2.0));
     QVERIFY(make("g711.avi", qlstX264, {"-c:a", "pcm_mulaw", "-ar", "8000"}, {}));
     // Recorder exports: a clock ten hours in; no container and no timestamps.
-    QVERIFY(make("rec_offset.ps", qlstX264, {"-c:a", "mp2"},
-                 {"-output_ts_offset", "36000", "-f", "mpeg"}, 2.0));
+    const QStringList qlstPsHoursIn{"-output_ts_offset", "36000", "-f", "mpeg"};
+    QVERIFY(make("rec_offset.ps", qlstX264, {"-c:a", "mp2"}, qlstPsHoursIn, 2.0));
+    QVERIFY(make("rec_hours.ps", qlstX264, {"-c:a", "mp2"}, qlstPsHoursIn));
+    QVERIFY(make("rec_hours.mp4", qlstX264, qlstAac, {"-output_ts_offset", "36000"}));
+    QVERIFY(make(
+        "rec_hevc.mp4",
+        {"-c:v", "libx265", "-preset", "ultrafast", "-x265-params",
+         "keyint=10:min-keyint=10:scenecut=0:bframes=2:log-level=error", "-pix_fmt", "yuv420p"},
+        {}, qlstPsHoursIn));
     QVERIFY(make("rec_bare.h264", qlstX264, {}, {"-f", "h264"}, 2.0));
     // Parts of joined recordings, numbered on across the join: the clock
     // jumps an hour forward, or back from an hour in to zero.
@@ -195,11 +203,25 @@ void TestPlayerEngine::initTestCase()
     QVERIFY(make("rec_part2.ps", qlstX264, {}, qlstPsHourIn, 2.0, 50));
     QVERIFY(make("rec_back1.ps", qlstX264, {}, qlstPsHourIn, 2.0));
     QVERIFY(make("rec_back2.ps", qlstX264, {}, qlstPs, 2.0, 50));
-    // The same without B-frames, for the timeline scanner's sampling.
-    QStringList qlstX264NoB = qlstX264;
-    qlstX264NoB[qlstX264NoB.indexOf("-bf") + 1] = "0";
-    QVERIFY(make("scan_part1.ps", qlstX264NoB, {}, qlstPs, 2.0));
-    QVERIFY(make("scan_part2.ps", qlstX264NoB, {}, qlstPsHourIn, 2.0));
+    QVERIFY(make("rec_part3.ps", qlstX264, {}, qlstPs, 2.0, 100));
+    // Two 70 s recordings 30 s apart, 19 MB: so large that the scan before
+    // playing samples it, and so long that the jump hides between samples.
+    for (int iPart : {0, 1}) {
+        const QStringList qlstFormat{"-output_ts_offset", QString::number(iPart * 100), "-f",
+                                     "mpeg"};
+        QVERIFY(
+            !QuillTest::MakeClip(m_qtmpDir.path(), {QStringLiteral("rec_long%1.ps").arg(iPart),
+                                                    {"-c:v", "libx264", "-preset", "ultrafast",
+                                                     "-qp", "0", "-g", "10", "-pix_fmt", "yuv420p"},
+                                                    {"-c:a", "mp2"},
+                                                    qlstFormat,
+                                                    640,
+                                                    480,
+                                                    5,
+                                                    70.0,
+                                                    iPart * 350})
+                 .isEmpty());
+    }
 
     auto readAll = [this](const char* _pName) {
         QFile qfFile(m_qtmpDir.filePath(_pName));
@@ -216,8 +238,9 @@ void TestPlayerEngine::initTestCase()
     QVERIFY(write("plain.sdv", qbaH264));
     QVERIFY(write("rec_joined.ps", readAll("rec_part1.ps") + readAll("rec_part2.ps")));
     QVERIFY(write("rec_reset.ps", readAll("rec_back1.ps") + readAll("rec_back2.ps")));
-    QVERIFY(write("scan_joined.ps", readAll("scan_part1.ps") + readAll("scan_part2.ps")));
-    QVERIFY(write("scan_reset.ps", readAll("scan_part2.ps") + readAll("scan_part1.ps")));
+    QVERIFY(write("rec_three.ps",
+                  readAll("rec_part1.ps") + readAll("rec_part2.ps") + readAll("rec_part3.ps")));
+    QVERIFY(write("rec_long.ps", readAll("rec_long0.ps") + readAll("rec_long1.ps")));
     QVERIFY(write("truncated.mp4", qbaH264.left(qbaH264.size() / 2)));
     QVERIFY(write("garbage.mp4", qbaNoise));
     QVERIFY(write("empty.avi", QByteArray()));
@@ -322,55 +345,79 @@ void TestPlayerEngine::refusesBadFiles()
 void TestPlayerEngine::stepsFrameExactly_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("mp4 H.264 with B-frames") << "h264.mp4";
-    QTest::newRow("ps MPEG-2") << "mpeg2.ps";
-    QTest::newRow("avi MPEG-4") << "mpeg4.avi";
+    QTest::addColumn<int>("late");  // slots the file leaves empty after picture 0
+    QTest::newRow("mp4 H.264 with B-frames") << "h264.mp4" << 0;
+    QTest::newRow("mp4 H.265") << "hevc.mp4" << 0;
+    QTest::newRow("mp4 H.264, clock ten hours in") << "rec_hours.mp4" << 0;
+    QTest::newRow("ps MPEG-2") << "mpeg2.ps" << 0;
+    QTest::newRow("ps H.264, clock ten hours in") << "rec_hours.ps" << 0;
+    QTest::newRow("ps H.265 named mp4, clock ten hours in") << "rec_hevc.mp4" << 0;
+    QTest::newRow("avi MPEG-4") << "mpeg4.avi" << 1;
     // Stored in decode order only: no picture times to go by.
-    QTest::newRow("avi H.264 with B-frames") << "g711.avi";
-    QTest::newRow("sdv sealed mp4") << "sealed.mp4";
+    QTest::newRow("avi H.264 with B-frames") << "g711.avi" << 0;
+    QTest::newRow("bare H.264, no timestamps") << "rec_bare.h264" << 0;
+    QTest::newRow("sdv sealed mp4") << "sealed.mp4" << 0;
 }
 
 void TestPlayerEngine::stepsFrameExactly()
 {
+    // Pictures 0..99 over 4 s (0..49 over 2 s for the bare stream); every
+    // step must show its neighbour and report that picture's time.
     QFETCH(QString, name);
+    QFETCH(int, late);
     ST_Probe stProbe;
     auto pPlayer = MakePlayer(stProbe, name);
-    QVERIFY(pPlayer->Play(0));
-    QTRY_VERIFY(stProbe.m_iShown.load() >= 1);
-    QVERIFY(pPlayer->Pause(true));
-    QVERIFY(!pPlayer->Pause(true));
+    CLS_VideoPlayerEngine* p = pPlayer.get();
+    const auto shows = [&](int _iPicture) {
+        return stProbe.m_iLast.load() == _iPicture &&
+               qRound(p->ShownTime() * 25) == _iPicture + (_iPicture > 0 ? late : 0);
+    };
+    const auto where = [&] {
+        return QStringLiteral("picture %1 at %2 s")
+            .arg(stProbe.m_iLast.load())
+            .arg(p->ShownTime())
+            .toUtf8();
+    };
+    QVERIFY(p->Play(0));
+    QTRY_VERIFY(stProbe.m_iLast.load() >= 3);
+    QVERIFY(p->Pause(true));
+    QVERIFY(!p->Pause(true));
 
-    // Land on the keyframe at 2 s (picture 50), then go back over the group
+    // A few pictures in: three on, three back, and on down to the first
+    // picture, where stepping back is refused.
+    QVERIFY(p->StepForward());
+    const int iStart = stProbe.m_iLast.load() - 1;
+    for (int iExpected : {iStart + 2, iStart + 3})
+        QVERIFY2(p->StepForward() && shows(iExpected), where().constData());
+    for (int iExpected = iStart + 2; iExpected >= 0; --iExpected)
+        QVERIFY2(p->StepBack() && shows(iExpected), where().constData());
+    QVERIFY(!p->StepBack());
+    QVERIFY(shows(0));
+    if (p->GetTotalTime() <= 0) return;  // nothing to seek in without timestamps
+
+    // The middle: from the keyframe at 2 s (picture 50) back over the group
     // boundary and forward again.
-    QVERIFY(pPlayer->SetPlayPos(50));
+    QVERIFY(p->SetPlayPos(50));
     QTRY_COMPARE(stProbe.m_iLast.load(), 50);
-    for (int iExpected = 49; iExpected >= 37; --iExpected) {
-        QVERIFY(pPlayer->StepBack());
-        QCOMPARE(stProbe.m_iLast.load(), iExpected);
-    }
-    for (int iExpected = 38; iExpected <= 52; ++iExpected) {
-        QVERIFY(pPlayer->StepForward());
-        QCOMPARE(stProbe.m_iLast.load(), iExpected);
-    }
-    QCOMPARE(pPlayer->GetPlayedTime(), 2);
-
-    // Down to the first picture, where stepping back is refused.
-    QVERIFY(pPlayer->SetPlayPos(0));
-    QTRY_COMPARE(stProbe.m_iLast.load(), 0);
-    QVERIFY(pPlayer->StepForward() && pPlayer->StepForward());
-    QCOMPARE(stProbe.m_iLast.load(), 2);
-    QVERIFY(pPlayer->StepBack() && pPlayer->StepBack());
-    QCOMPARE(stProbe.m_iLast.load(), 0);
-    QVERIFY(!pPlayer->StepBack());
-    QCOMPARE(stProbe.m_iLast.load(), 0);
+    for (int iExpected = 49; iExpected >= 37; --iExpected)
+        QVERIFY2(p->StepBack() && shows(iExpected), where().constData());
+    for (int iExpected = 38; iExpected <= 52; ++iExpected)
+        QVERIFY2(p->StepForward() && shows(iExpected), where().constData());
+    QCOMPARE(p->GetPlayedTime(), 2);
+    // The end: back from the last picture.
+    QVERIFY(p->SetPlayPos(100));
+    QTRY_COMPARE(stProbe.m_iLast.load(), 99);
+    for (int iExpected = 98; iExpected >= 88; --iExpected)
+        QVERIFY2(p->StepBack() && shows(iExpected), where().constData());
 
     // Stepping left the player paused: nothing moves on by itself...
     const int iShown = stProbe.m_iShown.load();
     QTest::qWait(200);
     QCOMPARE(stProbe.m_iShown.load(), iShown);
-    // ...until it resumes from where the steps left it.
-    QVERIFY(pPlayer->Pause(false));
-    QTRY_VERIFY(stProbe.m_iLast.load() >= 3);
+    // ...until it resumes from where the steps left it, up to the end.
+    QVERIFY(p->Pause(false));
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 5000);
+    QCOMPARE(stProbe.m_iLast.load(), 99);
 }
 
 void TestPlayerEngine::speedSteps()
@@ -453,56 +500,102 @@ void TestPlayerEngine::endOfFileOnce()
 
 void TestPlayerEngine::joinedRecordingsCountRecordedTime_data()
 {
+    // Recordings numbered on across their joins; the time line holds what
+    // was recorded, not the jumps between the clocks.
     QTest::addColumn<QString>("name");
-    QTest::newRow("clock an hour on") << "rec_joined.ps";
-    QTest::newRow("clock reset") << "rec_reset.ps";
+    QTest::addColumn<int>("fps");
+    QTest::addColumn<int>("partPictures");
+    QTest::addColumn<int>("parts");
+    QTest::newRow("clock an hour on") << "rec_joined.ps" << 25 << 50 << 2;
+    QTest::newRow("clock reset") << "rec_reset.ps" << 25 << 50 << 2;
+    QTest::newRow("on, then reset") << "rec_three.ps" << 25 << 50 << 3;
+    // Found only while playing: the total is right once past the join.
+    QTest::newRow("jump between the scan's samples") << "rec_long.ps" << 5 << 350 << 2;
 }
 
 void TestPlayerEngine::joinedRecordingsCountRecordedTime()
 {
-    // Two recordings of 2 s, pictures 0..49 and 50..99: the time line holds
-    // the 4 recorded seconds, not the jump between the clocks.
     QFETCH(QString, name);
+    QFETCH(int, fps);
+    QFETCH(int, partPictures);
+    QFETCH(int, parts);
+    const int iPictures = partPictures * parts;
+    const int iSeconds = iPictures / fps;
     ST_Probe stProbe;
     auto pPlayer = MakePlayer(stProbe, name);
-    QVERIFY2(qAbs(pPlayer->GetTotalTime() - 4) <= 1,
-             qPrintable(QString::number(pPlayer->GetTotalTime())));
-    QVERIFY(pPlayer->Play(0));
-    QVERIFY(pPlayer->Pause(true));
-    QVERIFY(pPlayer->SetPlayPos(50));
-    QTRY_VERIFY2(qAbs(stProbe.m_iLast.load() - 50) <= 1,
-                 qPrintable(QString::number(stProbe.m_iLast)));
-    QCOMPARE(pPlayer->GetPlayedTime(), 2);
-    // Stepping over the join both ways, picture by picture.
-    QVERIFY(pPlayer->SetPlayPos(49));  // 1.96 s: the last picture before the join
-    QTRY_COMPARE(stProbe.m_iLast.load(), 49);
-    QVERIFY(pPlayer->StepForward());
-    QCOMPARE(stProbe.m_iLast.load(), 50);
-    for (int iExpected = 49; iExpected >= 46; --iExpected) {
-        QVERIFY(pPlayer->StepBack());
-        QCOMPARE(stProbe.m_iLast.load(), iExpected);
-    }
+    CLS_VideoPlayerEngine* p = pPlayer.get();
+    // Paused on picture _iPicture: a seek near it by the total known now,
+    // then steps, each to the neighbour.
+    const auto goTo = [&](int _iPicture) {
+        const double dTotal = p->GetTotalTime();
+        QVERIFY(p->SetPlayPos(qRound(_iPicture * 100.0 / fps / dTotal)));
+        const int iNear = qCeil(dTotal * fps / 200.0) + 1;
+        QTRY_VERIFY2(qAbs(stProbe.m_iLast.load() - _iPicture) <= iNear,
+                     qPrintable(QString::number(stProbe.m_iLast.load())));
+        for (int iShown = stProbe.m_iLast.load(); iShown != _iPicture;) {
+            const bool blForward = iShown < _iPicture;
+            iShown += blForward ? 1 : -1;
+            QVERIFY(blForward ? p->StepForward() : p->StepBack());
+            QCOMPARE(stProbe.m_iLast.load(), iShown);
+        }
+    };
+    QVERIFY(p->Play(0));
+    QVERIFY(p->Pause(true));
+    const int iLastJoin = partPictures * (parts - 1);
 
-    // At 16X the played time runs on through the join without a leap.
-    QVERIFY(pPlayer->SetPlayPos(0));
-    QTRY_COMPARE(stProbe.m_iLast.load(), 0);
-    QVERIFY(pPlayer->Pause(false));
-    for (int i = 0; i < 4; ++i)
-        QCOMPARE(pPlayer->Fast(), 0);
-    double dPrevious = pPlayer->ShownTime();
+    // 1X across the last join: each recording at its own pace, the played
+    // time running on without a leap or a step back.
+    goTo(iLastJoin - fps);
+    if (QTest::currentTestFailed()) return;
+    QVERIFY(p->Pause(false));
     QElapsedTimer qTimer;
     qTimer.start();
+    double dPrevious = p->ShownTime();
+    while (stProbe.m_iLast.load() < iLastJoin + fps && qTimer.elapsed() < 10000) {
+        const double dNow = p->ShownTime();
+        QVERIFY2(dNow >= dPrevious - 1e-6 && dNow < dPrevious + 0.5,
+                 qPrintable(QStringLiteral("%1 after %2").arg(dNow).arg(dPrevious)));
+        dPrevious = dNow;
+        QThread::usleep(500);
+    }
+    QVERIFY2(qTimer.elapsed() > 1800, qPrintable(QString::number(qTimer.elapsed())));
+    QVERIFY2(qAbs(p->ShownTime() * fps - stProbe.m_iLast.load()) < 1.5,
+             qPrintable(QString::number(p->ShownTime())));
+    QCOMPARE(p->GetTotalTime(), iSeconds);
+    QVERIFY(p->Pause(true));
+
+    // Seeks and steps over every join, both ways, picture by picture.
+    for (int iJoin = partPictures; iJoin < iPictures; iJoin += partPictures) {
+        goTo(iJoin - 1);
+        if (QTest::currentTestFailed()) return;
+        QVERIFY(p->StepForward());
+        QCOMPARE(stProbe.m_iLast.load(), iJoin);
+        for (int iExpected = iJoin - 1; iExpected >= iJoin - 3; --iExpected) {
+            QVERIFY(p->StepBack());
+            QCOMPARE(stProbe.m_iLast.load(), iExpected);
+        }
+        QCOMPARE(p->GetPlayedTime(), (iJoin - 3) / fps);
+    }
+    if (iSeconds > 10) return;
+
+    // At 16X from the start the played time runs on through the joins.
+    QVERIFY(p->SetPlayPos(0));
+    QTRY_COMPARE(stProbe.m_iLast.load(), 0);
+    QVERIFY(p->Pause(false));
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(p->Fast(), 0);
+    dPrevious = p->ShownTime();
+    qTimer.restart();
     while (stProbe.m_iEnds.load() == 0 && qTimer.elapsed() < 10000) {
-        const double dNow = pPlayer->ShownTime();
-        // Never back, and never a leap of a second or more at once.
+        const double dNow = p->ShownTime();
         QVERIFY2(dNow >= dPrevious - 1e-6 && dNow < dPrevious + 1.0,
                  qPrintable(QStringLiteral("%1 after %2").arg(dNow).arg(dPrevious)));
         dPrevious = dNow;
         QThread::usleep(500);
     }
     QCOMPARE(stProbe.m_iEnds.load(), 1);
-    QCOMPARE(stProbe.m_iLast.load(), 99);
-    QCOMPARE(pPlayer->GetPlayedTime(), 3);
+    QCOMPARE(stProbe.m_iLast.load(), iPictures - 1);
+    QCOMPARE(p->GetPlayedTime(), iSeconds - 1);
 }
 
 void TestPlayerEngine::survivesOperationStorm()
@@ -650,8 +743,8 @@ void TestPlayerEngine::frameQueueWaiterNeverQueuesStale()
 void TestPlayerEngine::scannerSamplesLargeFiles_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("clock an hour on") << "scan_joined.ps";
-    QTest::newRow("clock reset") << "scan_reset.ps";
+    QTest::newRow("clock an hour on") << "rec_joined.ps";
+    QTest::newRow("clock reset") << "rec_reset.ps";
 }
 
 void TestPlayerEngine::scannerSamplesLargeFiles()
@@ -659,9 +752,7 @@ void TestPlayerEngine::scannerSamplesLargeFiles()
     // Limits far below the clip's size take the way of large files: the ends
     // read through, a few samples in between, the pair around the
     // join narrowed down by bisection. It must come to what reading the whole
-    // file gives. (With B-frames it can come out one picture short: a stretch
-    // that starts among the pictures reordered before a join misses the
-    // part's latest time.)
+    // file gives, B-frames reordered around the join included.
     QFETCH(QString, name);
     CLS_MediaSource stSource;
     QVERIFY(stSource.Open(Clip(name)));

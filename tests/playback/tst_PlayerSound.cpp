@@ -10,6 +10,10 @@
 #include "CLS_VideoPlayerEngine.h"
 #include "EngineTestMedia.h"
 
+extern "C" {
+#include <libavutil/frame.h>
+}
+
 using RK_Framework::VideoPlayer::CLS_VideoPlayerEngine;
 
 namespace {
@@ -44,6 +48,7 @@ class TestPlayerSound : public QObject
 
 private slots:
     void initTestCase();
+    void toneFollowsSoundSettings_data();
     void toneFollowsSoundSettings();
     void noSoundDeviceStillPlays();
 
@@ -53,6 +58,7 @@ private:
 
     QTemporaryDir m_qtmpDir;
     QString m_qstrClip;
+    QString m_qstrSoundOnly;
     QString m_qstrOut;
 };
 
@@ -66,6 +72,11 @@ void TestPlayerSound::initTestCase()
     stClip.m_dSeconds = 10.0;
     m_qstrClip = QuillTest::MakeClip(m_qtmpDir.path(), stClip);
     QVERIFY(!m_qstrClip.isEmpty());
+    // The sound track of an export on its own.
+    stClip.m_qstrName = QStringLiteral("tone_sound_only.mp4");
+    stClip.m_qlstVideoArgs = QStringList{"-vn"};
+    m_qstrSoundOnly = QuillTest::MakeClip(m_qtmpDir.path(), stClip);
+    QVERIFY(!m_qstrSoundOnly.isEmpty());
     m_qstrOut = m_qtmpDir.filePath(QStringLiteral("card.raw"));
 }
 
@@ -77,13 +88,31 @@ double TestPlayerSound::Listen(double _dSeconds)
     return LevelOf(m_qstrOut, i64From, i64To);
 }
 
+void TestPlayerSound::toneFollowsSoundSettings_data()
+{
+    QTest::addColumn<bool>("pictures");
+    QTest::newRow("with pictures") << true;
+    QTest::newRow("sound only") << false;
+}
+
 void TestPlayerSound::toneFollowsSoundSettings()
 {
+    QFETCH(bool, pictures);
     qputenv("SDL_AUDIODRIVER", "disk");
     qputenv("SDL_DISKAUDIOFILE", m_qstrOut.toLocal8Bit());
     qunsetenv("SDL_DISKAUDIODELAY");  // the card's own pace, so the clock is real
     CLS_VideoPlayerEngine stPlayer;
-    QVERIFY(stPlayer.OpenFile(m_qstrClip.toStdString()));
+    std::atomic<int> iEnds{0}, iLuma{-1};
+    RK_Framework::VideoPlayer::ST_PlayerEventCallback stCallback{
+        &iEnds, [](void* _pUser, RK_Framework::VideoPlayer::CLS_Player_Rk*, int _iType) {
+            if (_iType == 81) ++*static_cast<std::atomic<int>*>(_pUser);
+        }};
+    stPlayer.SetEventCallback(&stCallback);
+    stPlayer.SetFrameObserver([&iLuma](const AVFrame* _pFrame) {
+        iLuma = _pFrame->data[0][(_pFrame->height / 2) * _pFrame->linesize[0] + _pFrame->width / 2];
+    });
+    QVERIFY(stPlayer.OpenFile((pictures ? m_qstrClip : m_qstrSoundOnly).toStdString()));
+    QCOMPARE(stPlayer.GetTotalTime(), 10);
     QVERIFY(stPlayer.OpenSound());
     QVERIFY(stPlayer.SetVolume(50));
     QVERIFY(stPlayer.Play(0));
@@ -108,6 +137,18 @@ void TestPlayerSound::toneFollowsSoundSettings()
     QCOMPARE(Listen(0.3), 0.0);
     QCOMPARE(stPlayer.NormalSpeed(), 0);
     QVERIFY(Listen(0.3) > 1600);
+    // Black stands in for the pictures of a sound track.
+    QVERIFY(pictures || iLuma.load() == 16);
+    QVERIFY(stPlayer.GetPlayedTime() >= 1);
+
+    // Near the end, the sound plays out and the file ends once.
+    QVERIFY(stPlayer.SetPlayPos(90));
+    QTRY_VERIFY(stPlayer.ShownTime() >= 9.0);
+    QCOMPARE(stPlayer.GetPlayedTime(), 9);
+    QVERIFY(Listen(0.3) > 1600);
+    QTRY_COMPARE_WITH_TIMEOUT(iEnds.load(), 1, 5000);
+    QTest::qWait(300);
+    QCOMPARE(iEnds.load(), 1);
 }
 
 void TestPlayerSound::noSoundDeviceStillPlays()

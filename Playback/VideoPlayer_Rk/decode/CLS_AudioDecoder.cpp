@@ -87,6 +87,13 @@ void CLS_AudioDecoder::Run()
         if (stEntry.m_iSerial != m_iSerial) {
             avcodec_flush_buffers(m_pCodec);
             m_iSerial = stEntry.m_iSerial;
+            m_blHaveLast = false;
+            // A new position decodes from the keyframe before it; the sound
+            // of the way there would only hold up the sound at it.
+            const ST_SeekRequest stSeek = m_state.LatestSeek();
+            m_dSkipUntil = stSeek.m_iSerial == m_iSerial && stSeek.m_i64Target != INT64_MIN
+                               ? m_state.TimeOf(stSeek.m_i64Target)
+                               : -1.0e300;
         }
         Feed(pPacket);
         if (!pPacket) avcodec_flush_buffers(m_pCodec);
@@ -142,12 +149,21 @@ void CLS_AudioDecoder::Convert(AVFrame* _pFrame)
         const double dSeconds = static_cast<double>(i64Pts) * m_dTimeBase;
         const auto i64VideoTicks =
             static_cast<std::int64_t>(std::llround(dSeconds / m_state.m_dTimeBase));
-        const std::int64_t i64Shift =
-            m_state.m_timeline.ToLine(i64VideoTicks, _pFrame->pkt_pos) - i64VideoTicks;
+        CLS_Timeline& timeline = m_state.m_timeline;
+        std::int64_t i64Line = timeline.ToLine(i64VideoTicks, _pFrame->pkt_pos);
+        // Sound usually reaches a join the scan missed before the pictures
+        // do; left on the old clock it would drag the pictures along.
+        if (m_blHaveLast && timeline.IsJump(m_i64LastLine, i64Line) &&
+            timeline.AddJoin(_pFrame->pkt_pos, m_i64LastLine, i64VideoTicks, m_state.m_i64FirstPts))
+            i64Line = timeline.ToLine(i64VideoTicks, _pFrame->pkt_pos);
+        m_blHaveLast = true;
+        m_i64LastLine = i64Line;
+        const std::int64_t i64Shift = i64Line - i64VideoTicks;
         dTime =
             dSeconds + static_cast<double>(i64Shift - m_state.m_i64FirstPts) * m_state.m_dTimeBase;
     }
     m_dNextTime = dTime + static_cast<double>(iSamples) / m_output.SampleRate();
+    if (m_dNextTime < m_dSkipUntil) return;
     m_output.Push(std::move(vecData), dTime, m_iSerial);
 }
 

@@ -44,7 +44,10 @@ private:
     SwrContext* m_pSwr = nullptr;
     double m_dTimeBase = 0.0;
     int m_iSerial = -1;
-    double m_dNextTime = 0.0;  // where the next chunk starts when it has no stamp
+    double m_dNextTime = 0.0;        // where the next chunk starts when it has no stamp
+    double m_dSkipUntil = -1.0e300;  // sound ending before this is not played
+    bool m_blHaveLast = false;
+    std::int64_t m_i64LastLine = 0;  // latest sound time on the line, video time base
     std::thread m_thread;
 };
 

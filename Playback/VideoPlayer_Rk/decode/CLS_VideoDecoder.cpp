@@ -43,6 +43,7 @@ CLS_VideoDecoder::~CLS_VideoDecoder()
     Join();
     FreeVideoFrame(m_stHeld);
     av_frame_free(&m_pScratch);
+    av_frame_free(&m_pBlank);
     avcodec_free_context(&m_pCodec);
 }
 
@@ -50,11 +51,17 @@ bool CLS_VideoDecoder::Open(AVStream* _pStream, std::string& _strError)
 {
     m_pStream = _pStream;
     m_pScratch = av_frame_alloc();
-    const int iThreads = m_state.m_dSpeed.load() > 1.0 ? kDecoderThreads : kPlainThreads;
-    if (!m_pScratch || !OpenCodec(iThreads, _strError)) return false;
     m_state.m_dTimeBase = av_q2d(_pStream->time_base);
     m_i64NominalTicks = std::max<std::int64_t>(
         1, static_cast<std::int64_t>(m_state.m_dFrameDuration / m_state.m_dTimeBase + 0.5));
+    if (_pStream->codecpar->codec_type != AVMEDIA_TYPE_VIDEO) {
+        m_pBlank = MakeBlank();
+        if (m_pScratch && m_pBlank) return true;
+        _strError = "out of memory";
+        return false;
+    }
+    const int iThreads = m_state.m_dSpeed.load() > 1.0 ? kDecoderThreads : kPlainThreads;
+    if (!m_pScratch || !OpenCodec(iThreads, _strError)) return false;
     // A first guess until real decoding tells: about 2 ns per pixel on one
     // thread here.
     m_dCostPerFrame = 2.0e-9 * std::max(1, m_pCodec->width) * std::max(1, m_pCodec->height);
@@ -101,7 +108,7 @@ void CLS_VideoDecoder::ChooseThreads()
                          m_state.m_dSpeed.load() > 1.0;
     const int iWanted = blHurry ? kDecoderThreads : kPlainThreads;
     std::string strIgnored;
-    if (iWanted == m_iThreads || OpenCodec(iWanted, strIgnored)) return;
+    if (m_pBlank || iWanted == m_iThreads || OpenCodec(iWanted, strIgnored)) return;
     // The decoder opened once with these parameters; if it fails now, stay
     // with what works.
     OpenCodec(m_iThreads > 0 ? m_iThreads : kPlainThreads, strIgnored);
@@ -109,6 +116,9 @@ void CLS_VideoDecoder::ChooseThreads()
 
 std::size_t CLS_VideoDecoder::PictureBytes() const
 {
+    if (m_pBlank)
+        return static_cast<std::size_t>(
+            av_image_get_buffer_size(AV_PIX_FMT_YUV420P, m_pBlank->width, m_pBlank->height, 1));
     if (!m_pCodec || m_pCodec->width <= 0 || m_pCodec->height <= 0) return 0;
     if (m_pCodec->pix_fmt == AV_PIX_FMT_NONE)
         return static_cast<std::size_t>(m_pCodec->width) * m_pCodec->height * 3 / 2;
@@ -130,7 +140,7 @@ bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacke
             Feed(nullptr);
             break;
         }
-        if (pPacket->stream_index == _source.VideoIndex()) {
+        if (pPacket->stream_index == m_pStream->index) {
             // Recordings cut in mid-group start with pictures that refer to
             // ones we never get: begin at the first keyframe.
             const bool blKey = (pPacket->flags & AV_PKT_FLAG_KEY) != 0;
@@ -138,13 +148,10 @@ bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacke
                 m_blWaitKey = false;
                 Feed(pPacket);
             }
-            av_packet_unref(pPacket);
-        } else if (pPacket->stream_index == _source.AudioIndex()) {
-            _vecAudio.push_back(av_packet_clone(pPacket));
-            av_packet_unref(pPacket);
-        } else {
-            av_packet_unref(pPacket);
         }
+        if (pPacket->stream_index == _source.AudioIndex())
+            _vecAudio.push_back(av_packet_clone(pPacket));
+        av_packet_unref(pPacket);
     }
     av_packet_free(&pPacket);
     if (m_frames.Count() == 0) {
@@ -176,6 +183,7 @@ void CLS_VideoDecoder::BeginSerial(int _iSerial)
     m_blFirstAfterSeek = true;
     m_blCollected = false;
     m_blHaveLast = false;
+    m_i64LastPos = -1;
     FreeVideoFrame(m_stHeld);
 }
 
@@ -235,11 +243,16 @@ void CLS_VideoDecoder::Feed(const AVPacket* _pPacket)
     using Clock = std::chrono::steady_clock;
     const auto tpStart = Clock::now();
     int iFrames = 0;
+    if (m_pBlank) {
+        FeedBlank(_pPacket);
+        return;
+    }
     if (!m_pCodec) return;
     int iRet = avcodec_send_packet(m_pCodec, _pPacket);
     // A damaged packet is skipped; the stream goes on.
     if (iRet < 0 && iRet != AVERROR(EAGAIN) && iRet != AVERROR_EOF && _pPacket) return;
-    if (iRet >= 0 && _pPacket && _pPacket->pts == AV_NOPTS_VALUE && _pPacket->dts != AV_NOPTS_VALUE)
+    if (iRet >= 0 && !m_blPictureTimes && _pPacket && _pPacket->pts == AV_NOPTS_VALUE &&
+        _pPacket->dts != AV_NOPTS_VALUE)
         NoteDecodeTime(_pPacket->dts);
     while (true) {
         iRet = avcodec_receive_frame(m_pCodec, m_pScratch);
@@ -258,6 +271,61 @@ void CLS_VideoDecoder::Feed(const AVPacket* _pPacket)
         HandleFrame(pFrame);
         if (m_state.m_blAbort.load()) break;
     }
+}
+
+AVFrame* CLS_VideoDecoder::MakeBlank()
+{
+    // Small is enough: the output letterboxes it, and its bars are black too.
+    AVFrame* pFrame = av_frame_alloc();
+    if (!pFrame) return nullptr;
+    pFrame->format = AV_PIX_FMT_YUV420P;
+    pFrame->width = pFrame->height = 64;
+    pFrame->color_range = AVCOL_RANGE_MPEG;
+    if (av_frame_get_buffer(pFrame, 0) < 0) {
+        av_frame_free(&pFrame);
+        return nullptr;
+    }
+    for (int iPlane = 0; iPlane < 3; ++iPlane) {
+        const int iRows = iPlane == 0 ? pFrame->height : pFrame->height / 2;
+        std::fill_n(pFrame->data[iPlane],
+                    static_cast<std::size_t>(pFrame->linesize[iPlane]) * iRows,
+                    iPlane == 0 ? 16 : 128);
+    }
+    return pFrame;
+}
+
+void CLS_VideoDecoder::FeedBlank(const AVPacket* _pPacket)
+{
+    // One black picture per nominal picture time of sound, so that it is
+    // timed, seeks land and the end comes just as with pictures. The sound's
+    // last packet gets one too, for the end to wait for all of it.
+    if (!_pPacket) {
+        if (m_blBlankPending) EmitBlank(m_i64BlankPendingPts, m_i64BlankPendingPos);
+        m_blBlankPending = false;
+        return;
+    }
+    const std::int64_t i64Pts = _pPacket->pts != AV_NOPTS_VALUE ? _pPacket->pts : _pPacket->dts;
+    if (i64Pts == AV_NOPTS_VALUE) return;
+    if (m_blHaveBlank && i64Pts < m_i64BlankNext) {
+        m_blBlankPending = true;
+        m_i64BlankPendingPts = i64Pts;
+        m_i64BlankPendingPos = _pPacket->pos;
+        return;
+    }
+    m_blBlankPending = false;
+    m_blHaveBlank = true;
+    m_i64BlankNext = i64Pts + m_i64NominalTicks;
+    EmitBlank(i64Pts, _pPacket->pos);
+}
+
+void CLS_VideoDecoder::EmitBlank(std::int64_t _i64Pts, std::int64_t _i64Pos)
+{
+    AVFrame* pFrame = av_frame_clone(m_pBlank);
+    if (!pFrame) return;
+    pFrame->pts = pFrame->best_effort_timestamp = _i64Pts;
+    pFrame->pkt_pos = _i64Pos;
+    pFrame->pkt_duration = m_i64NominalTicks;
+    HandleFrame(pFrame);
 }
 
 void CLS_VideoDecoder::NoteDecodeTime(std::int64_t _i64Dts)
@@ -284,12 +352,33 @@ void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
     // open belongs to this picture. The decoder's own guess is the decode
     // time of whatever packet went in last, later by its reordering delay,
     // which changes with threads and after every flush.
+    // Program streams leave some pictures without a time of their own too,
+    // but give most one: there the decoder's guess is right and the decode
+    // times would lag behind it.
+    if (_pFrame->pts != AV_NOPTS_VALUE && !m_blPictureTimes) {
+        m_blPictureTimes = true;
+        m_vecDecodeTimes.clear();
+    }
     if (_pFrame->pts == AV_NOPTS_VALUE && !m_vecDecodeTimes.empty()) {
         i64Pts = m_vecDecodeTimes.front();
         m_vecDecodeTimes.erase(m_vecDecodeTimes.begin());
     }
     if (i64Pts == AV_NOPTS_VALUE) i64Pts = _pFrame->pts;
-    if (i64Pts != AV_NOPTS_VALUE) i64Pts = m_state.m_timeline.ToLine(i64Pts, _pFrame->pkt_pos);
+    // Pictures the parser split off a packet carry no position; the one
+    // before theirs tells which recording they belong to.
+    if (_pFrame->pkt_pos >= 0) m_i64LastPos = _pFrame->pkt_pos;
+    if (i64Pts != AV_NOPTS_VALUE) {
+        const std::int64_t i64Raw = i64Pts;
+        i64Pts = m_state.m_timeline.ToLine(i64Raw, m_i64LastPos);
+        // A join the scan did not see: from here on the line leaves out the
+        // jump, as it would had the scan found it. Keyframes alone lie a
+        // group apart, which may be a long way forward but never back.
+        const bool blSparse = m_iLevel == DECODE_KEYFRAMES_ONLY;
+        if (m_blHaveLast && m_state.m_timeline.IsJump(m_i64LastPts, i64Pts) &&
+            (!blSparse || i64Pts < m_i64LastPts) &&
+            m_state.m_timeline.AddJoin(m_i64LastPos, m_i64LastPts, i64Raw, m_state.m_i64FirstPts))
+            i64Pts = m_state.m_timeline.ToLine(i64Raw, m_i64LastPos);
+    }
     if (i64Pts == AV_NOPTS_VALUE)
         i64Pts = m_blHaveLast ? m_i64LastPts + m_i64NominalTicks
                               : (m_blHaveFirst ? m_state.m_i64FirstPts : 0);
@@ -394,6 +483,7 @@ void CLS_VideoDecoder::Flush()
 {
     if (m_pCodec) avcodec_flush_buffers(m_pCodec);
     m_vecDecodeTimes.clear();
+    m_blHaveBlank = m_blBlankPending = false;
 }
 
 }  // namespace RK_Framework::VideoPlayer

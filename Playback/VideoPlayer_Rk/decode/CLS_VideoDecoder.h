@@ -54,6 +54,10 @@ private:
     void Feed(const AVPacket* _pPacket);
     // Keeps the decode time of a packet that brought no picture time.
     void NoteDecodeTime(std::int64_t _i64Dts);
+    // Files without pictures: black ones timed by the sound's packets.
+    static AVFrame* MakeBlank();
+    void FeedBlank(const AVPacket* _pPacket);
+    void EmitBlank(std::int64_t _i64Pts, std::int64_t _i64Pos);
     void HandleFrame(AVFrame* _pFrame);
     void Deliver(ST_VideoFrame& _stFrame);
     void DeliverHeld();
@@ -83,13 +87,23 @@ private:
     bool m_blHaveFirst = false;
     bool m_blHaveLast = false;
     std::int64_t m_i64LastPts = 0;
+    std::int64_t m_i64LastPos = -1;  // byte position of the latest picture that had one
     std::int64_t m_i64NominalTicks = 1;
     int m_iLevel = DECODE_ALL;
     // Decode times of packets without picture times still inside the
     // decoder, in ascending order.
     std::vector<std::int64_t> m_vecDecodeTimes;
+    // The stream has given a picture its own time: decode times are not needed.
+    bool m_blPictureTimes = false;
     // Seconds of decoder time per picture, learnt while decoding everything.
     double m_dCostPerFrame = 0.0;
+    // Set for a file without pictures: what every black picture shows.
+    AVFrame* m_pBlank = nullptr;
+    bool m_blHaveBlank = false;
+    std::int64_t m_i64BlankNext = 0;
+    bool m_blBlankPending = false;
+    std::int64_t m_i64BlankPendingPts = 0;
+    std::int64_t m_i64BlankPendingPos = -1;
 };
 
 }  // namespace RK_Framework::VideoPlayer

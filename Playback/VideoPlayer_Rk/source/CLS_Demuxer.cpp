@@ -99,11 +99,16 @@ void CLS_Demuxer::Run()
             blEof = true;
             continue;
         }
-        if (pPacket->stream_index == m_source.VideoIndex()) {
+        const bool blSound =
+            pPacket->stream_index == m_source.AudioIndex() && m_state.m_blAudioActive.load();
+        if (pPacket->stream_index == m_source.TimingIndex()) {
+            // Without pictures the sound also times the black ones shown for it.
+            if (blSound) {
+                if (AVPacket* pCopy = av_packet_clone(pPacket)) m_audioQueue.Put(pCopy, iSerial);
+            }
             m_videoQueue.Put(pPacket, iSerial);
             pPacket = nullptr;
-        } else if (pPacket->stream_index == m_source.AudioIndex() &&
-                   m_state.m_blAudioActive.load()) {
+        } else if (blSound) {
             m_audioQueue.Put(pPacket, iSerial);
             pPacket = nullptr;
         } else {

@@ -56,14 +56,15 @@ bool CLS_MediaSource::Open(const std::string& _strPath, AVIOContext* _pIo)
         Close();
         return false;
     }
-    m_iVideo = av_find_best_stream(m_pFormat, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
-    if (m_iVideo < 0) {
-        m_strError = "no video stream";
+    m_iVideo = std::max(-1, av_find_best_stream(m_pFormat, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0));
+    m_iAudio =
+        std::max(-1, av_find_best_stream(m_pFormat, AVMEDIA_TYPE_AUDIO, -1, m_iVideo, nullptr, 0));
+    // The sound track of an export plays on its own.
+    if (m_iVideo < 0 && m_iAudio < 0) {
+        m_strError = "no video or sound stream";
         Close();
         return false;
     }
-    m_iAudio = av_find_best_stream(m_pFormat, AVMEDIA_TYPE_AUDIO, -1, m_iVideo, nullptr, 0);
-    if (m_iAudio < 0) m_iAudio = -1;
     for (unsigned i = 0; i < m_pFormat->nb_streams; ++i) {
         const int iIndex = static_cast<int>(i);
         m_pFormat->streams[i]->discard =
@@ -99,14 +100,19 @@ bool CLS_MediaSource::Seek(std::int64_t _i64Pts, bool _blToStart)
 {
     if (!m_pFormat) return false;
     if (_blToStart) {
+        // Program and elementary streams find a time by searching the bytes,
+        // which can end a group of pictures late; their data starts at byte zero.
+        if ((m_pFormat->iformat->flags & (AVFMT_TS_DISCONT | AVFMT_GENERIC_INDEX)) && SeekByte(0))
+            return true;
         const std::int64_t i64Start =
             m_pFormat->start_time != AV_NOPTS_VALUE ? m_pFormat->start_time : 0;
         if (avformat_seek_file(m_pFormat, -1, INT64_MIN, i64Start, i64Start, 0) >= 0) return true;
         // Containers without a usable index still start at byte zero.
         return av_seek_frame(m_pFormat, -1, 0, AVSEEK_FLAG_BYTE) >= 0;
     }
-    if (avformat_seek_file(m_pFormat, m_iVideo, INT64_MIN, _i64Pts, _i64Pts, 0) >= 0) return true;
-    return av_seek_frame(m_pFormat, m_iVideo, _i64Pts, AVSEEK_FLAG_BACKWARD) >= 0;
+    const int iIndex = TimingIndex();
+    if (avformat_seek_file(m_pFormat, iIndex, INT64_MIN, _i64Pts, _i64Pts, 0) >= 0) return true;
+    return av_seek_frame(m_pFormat, iIndex, _i64Pts, AVSEEK_FLAG_BACKWARD) >= 0;
 }
 
 bool CLS_MediaSource::SeekByte(std::int64_t _i64Pos)
@@ -123,6 +129,11 @@ void CLS_MediaSource::Interrupt(bool _blInterrupt)
 AVStream* CLS_MediaSource::VideoStream() const
 {
     return m_iVideo >= 0 ? m_pFormat->streams[m_iVideo] : nullptr;
+}
+
+AVStream* CLS_MediaSource::TimingStream() const
+{
+    return m_pFormat && TimingIndex() >= 0 ? m_pFormat->streams[TimingIndex()] : nullptr;
 }
 
 AVStream* CLS_MediaSource::AudioStream() const

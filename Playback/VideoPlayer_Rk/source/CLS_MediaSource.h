@@ -29,7 +29,7 @@ public:
 
     // 0 or an AVERROR (AVERROR_EOF at the end). Interrupted by Interrupt().
     int Read(AVPacket* _pPacket);
-    // Moves to the keyframe at or before _i64Pts (video time base); with
+    // Moves to the keyframe at or before _i64Pts (timing stream's time base); with
     // _blToStart, to the very beginning of the data.
     bool Seek(std::int64_t _i64Pts, bool _blToStart);
     // Moves to the first packet at or after byte _i64Pos.
@@ -41,6 +41,10 @@ public:
     AVStream* AudioStream() const;
     int VideoIndex() const { return m_iVideo; }
     int AudioIndex() const { return m_iAudio; }
+    // The stream playback is timed by: the pictures, or the sound of a file
+    // without any.
+    int TimingIndex() const { return m_iVideo >= 0 ? m_iVideo : m_iAudio; }
+    AVStream* TimingStream() const;
     // Container duration in seconds, negative when unknown.
     double DurationSeconds() const;
     // Seconds per picture as the container announces it (fallback 1/25).

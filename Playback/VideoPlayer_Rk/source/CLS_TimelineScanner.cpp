@@ -20,6 +20,10 @@ constexpr std::size_t kMaxJoins = 64;
 // Pictures read on after a join, for the earliest time of the new part (the
 // pictures reordered before its first keyframe).
 constexpr int kPacketsAfterJoin = 16;
+// Pictures a narrowed read starts ahead of its left sample: a sample taken
+// among the pictures reordered before a join would miss the part's latest
+// time, stored a few packets earlier.
+constexpr int kReorderLead = 16;
 
 std::int64_t TimeOf(const AVPacket* _pPacket)
 {
@@ -44,6 +48,7 @@ CLS_TimelineScanner::CLS_TimelineScanner(CLS_MediaSource& _source, double _dTime
 void CLS_TimelineScanner::Build(CLS_Timeline& _timeline)
 {
     _timeline.Clear();
+    _timeline.SetScale(m_i64FrameTicks, m_i64JumpTicks, m_i64BackTicks);
     m_iReads = 0;
     m_vecJoins.clear();
     m_vecSeekPoints.clear();
@@ -198,7 +203,9 @@ void CLS_TimelineScanner::Narrow(ST_Sample _a, ST_Sample _b, double _dBytesPerTi
             return;  // the rate merely varied
         }
     }
-    ReadStretch(_a.m_i64Pos, _b.m_i64Pos);
+    const auto i64Lead = static_cast<std::int64_t>(
+        std::ceil(kReorderLead * static_cast<double>(m_i64FrameTicks) * _dBytesPerTick));
+    ReadStretch(std::max<std::int64_t>(0, _a.m_i64Pos - i64Lead), _b.m_i64Pos);
 }
 
 void CLS_TimelineScanner::BuildByReading(CLS_Timeline& _timeline)
@@ -215,7 +222,10 @@ void CLS_TimelineScanner::BuildByReading(CLS_Timeline& _timeline)
         // The ends are read through: a join may sit right at either.
         const std::int64_t i64Edge = std::min(m_stLimits.m_i64Edge, i64Size / 4);
         ReadStretch(0, i64Edge);
-        ReadStretch(i64Size - i64Edge, i64Size);
+        // A muxer may write a tail of sound alone, the last pictures having
+        // gone out earlier: read further back until one comes.
+        for (std::int64_t i64Tail = i64Edge; !m_blHaveTail && i64Tail < 16 * i64Edge; i64Tail *= 4)
+            ReadStretch(std::max<std::int64_t>(0, i64Size - i64Tail), i64Size);
         std::vector<ST_Sample> vecSamples;
         const int iSamples = std::max(2, m_stLimits.m_iSamples);
         for (int i = 0; i < iSamples; ++i)
@@ -247,11 +257,19 @@ void CLS_TimelineScanner::BuildByReading(CLS_Timeline& _timeline)
 
     std::sort(m_vecJoins.begin(), m_vecJoins.end(),
               [](const ST_Join& _a, const ST_Join& _b) { return _a.m_i64Pos < _b.m_i64Pos; });
-    m_vecJoins.erase(std::unique(m_vecJoins.begin(), m_vecJoins.end(),
-                                 [](const ST_Join& _a, const ST_Join& _b) {
-                                     return _a.m_i64Pos == _b.m_i64Pos;
-                                 }),
-                     m_vecJoins.end());
+    // Stretches that overlap see a join twice, one of them perhaps from a
+    // start too close to it to know the whole part before: keep the widest.
+    std::vector<ST_Join> vecMerged;
+    for (const ST_Join& stJoin : m_vecJoins) {
+        if (!vecMerged.empty() && vecMerged.back().m_i64Pos == stJoin.m_i64Pos) {
+            ST_Join& stKept = vecMerged.back();
+            stKept.m_i64Before = std::max(stKept.m_i64Before, stJoin.m_i64Before);
+            stKept.m_i64After = std::min(stKept.m_i64After, stJoin.m_i64After);
+        } else {
+            vecMerged.push_back(stJoin);
+        }
+    }
+    m_vecJoins.swap(vecMerged);
     std::vector<ST_TimelinePart> vecParts;
     ST_TimelinePart stPart{m_i64HeadPts, 0, 0};
     for (const ST_Join& stJoin : m_vecJoins) {
