@@ -1,7 +1,7 @@
 # What `cmake --install` lays out and the Debian package holds. The build tree's
 # bin folder is the source of the data: skins, palettes and compiled
 # translations are assembled there by their own folders' rules.
-install(TARGETS quillplayer RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+install(TARGETS quillplayer sdvtool RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 install(TARGETS
     ModuleKoPlayer WgtMsgBox VideoPlayer_Rk QGLRender
     KoLog KoParam KoTaskPool KoAppManager KoColorManage

@@ -110,6 +110,10 @@ private slots:
         QVERIFY(QFile::exists(qstrHome + QStringLiteral("/.local/share/quillplayer/HistroyInfo.json")));
         QVERIFY(QFile::exists(qstrHome + QStringLiteral("/.config/quillplayer/QuillPlayer.json")));
         QVERIFY(!QDir(qstrHome + QStringLiteral("/.local/state/quillplayer")).isEmpty());
+        // The tool beside it runs from the package as well.
+        QByteArray qbaInfo;
+        QCOMPARE(Run(m_qstrRoot + QStringLiteral("/usr/bin/sdvtool"), {"--help"}, &qbaInfo, env), 0);
+        QVERIFY(qbaInfo.contains("seal"));
         QDirIterator it(m_qstrRoot, QDir::Files | QDir::Dirs | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
         while (it.hasNext()) {
             it.next();
