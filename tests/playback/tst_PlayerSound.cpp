@@ -21,8 +21,9 @@ namespace {
 // The disk driver writes what the card would play: signed 16-bit samples at
 // the rate the clip has (48 kHz, one channel), one buffer per callback.
 constexpr qint64 kBytesPerSecond = 48000 * 2;
-// Samples still on their way when a setting changes: two buffers.
-constexpr qint64 kSettle = 2 * 1024 * 2 * 2;
+// Samples still on their way when a setting changes: two buffers, and what a
+// busy machine lets the card's writer fall behind: a quarter of a second.
+constexpr qint64 kSettle = kBytesPerSecond / 4;
 
 // The level (root mean square) of what the card played between two offsets.
 double LevelOf(const QString& _qstrPath, qint64 _i64From, qint64 _i64To)
