@@ -1,6 +1,7 @@
 #include "CLS_NativeWindowVideoOutput.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <new>
 #include <string>
@@ -108,9 +109,16 @@ bool CLS_NativeWindowVideoOutput::Draw(int _iWidth, int _iHeight)
         FillBlack();
         m_rectPicture = SVideoRect();
     } else {
-        const SVideoRect rect = CLS_VideoFrameTraits::FitRect(
+        SVideoRect rect = CLS_VideoFrameTraits::FitRect(
             m_pLast->width, m_pLast->height, CLS_VideoFrameTraits::SampleAspect(m_pLast), _iWidth,
             _iHeight);
+        // swscale falls back to a path several times slower for an odd width
+        // of packed RGB, and to an extra copy for rows that do not start on 16
+        // bytes: a pixel or three off centre is not worth either.
+        if (rect.iWidth > 1 && (rect.iWidth & 1)) --rect.iWidth;
+        const int iBytesPerPixel =
+            av_get_padded_bits_per_pixel(av_pix_fmt_desc_get(eFormat)) / 8;
+        if (iBytesPerPixel == 4) rect.iX &= ~3;
         // Bars are painted only when the picture moved; the picture area is
         // overwritten by every frame anyway.
         if (rect != m_rectPicture) {
@@ -168,19 +176,31 @@ void CLS_NativeWindowVideoOutput::FillBlack()
 bool CLS_NativeWindowVideoOutput::ScalePicture(const SVideoRect& _rect)
 {
     const auto eSource = static_cast<AVPixelFormat>(m_pLast->format);
+    // A new context (swscale may hand it out at the old address) needs its
+    // matrix set again.
+    const std::array<int, 6> aiKey = {m_pLast->width, m_pLast->height, eSource,
+                                      _rect.iWidth,   _rect.iHeight,   m_eCanvasFormat};
+    if (aiKey != m_aiSwsKey) m_piSwsCoefficients = nullptr;
+    m_aiSwsKey = aiKey;
     m_pSws = sws_getCachedContext(m_pSws, m_pLast->width, m_pLast->height, eSource, _rect.iWidth,
                                   _rect.iHeight, m_eCanvasFormat, SWS_BILINEAR, nullptr, nullptr,
                                   nullptr);
     if (!m_pSws) {
+        m_piSwsCoefficients = nullptr;
         const char* szName = av_get_pix_fmt_name(eSource);
         m_diagnostics.Report(std::string("cannot convert ") + (szName ? szName : "this format") +
                              " for display");
         return false;
     }
+    // Setting the matrix rebuilds swscale's tables: only when it changes.
     const int* piCoefficients = CLS_VideoFrameTraits::SwsCoefficients(m_pLast);
-    sws_setColorspaceDetails(m_pSws, piCoefficients,
-                             CLS_VideoFrameTraits::IsFullRange(m_pLast) ? 1 : 0, piCoefficients, 1,
-                             0, 1 << 16, 1 << 16);
+    const bool blFullRange = CLS_VideoFrameTraits::IsFullRange(m_pLast);
+    if (piCoefficients != m_piSwsCoefficients || blFullRange != m_blSwsFullRange) {
+        sws_setColorspaceDetails(m_pSws, piCoefficients, blFullRange ? 1 : 0, piCoefficients, 1,
+                                 0, 1 << 16, 1 << 16);
+        m_piSwsCoefficients = piCoefficients;
+        m_blSwsFullRange = blFullRange;
+    }
 
     const int iBytesPerPixel =
         av_get_padded_bits_per_pixel(av_pix_fmt_desc_get(m_eCanvasFormat)) / 8;

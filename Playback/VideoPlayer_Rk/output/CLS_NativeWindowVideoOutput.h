@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -61,6 +62,10 @@ private:
     SVideoRect m_rectPicture;
 
     SwsContext* m_pSws = nullptr;
+    // What m_pSws was last made for, and the matrix and range set on it.
+    std::array<int, 6> m_aiSwsKey{};
+    const int* m_piSwsCoefficients = nullptr;
+    bool m_blSwsFullRange = false;
     std::uint8_t* m_apScratch[4] = {nullptr, nullptr, nullptr, nullptr};
     int m_aiScratchLinesize[4] = {0, 0, 0, 0};
     int m_iScratchWidth = 0;
