@@ -7,7 +7,7 @@
 # CLIP defaults to the 1080p30 H.264 clip engine_bench generates (made here if
 # missing); SECONDS to 30. Prints one table: CPU-seconds per second, the ratio
 # to ffplay, dropped pictures (ours), peak resident memory. Two more rows of
-# ours are sampled in steady state, a few seconds in: the window maximised to
+# ours are sampled in steady state, a few seconds in: as it opens, maximised to
 # the whole 1920x1080 screen, and paused. Installs ffplay's, mpv's and
 # xdotool's Debian packages for the comparison; the player never needs them.
 set -eu
@@ -51,7 +51,7 @@ run() {
 }
 
 # sampled NAME ACTION COMMAND...: one row from the CPU time the command spends
-# between 4 s after ACTION (done 3 s in: "max" or "pause") and 2 s before its
+# between 4 s after ACTION (done 3 s in: "steady", "max" or "pause") and 2 s before its
 # end, and its peak RSS then; startup is left out.
 sampled() {
   local name=$1 action=$2
@@ -85,7 +85,7 @@ for rendering in gl native; do
     --rendering "$rendering" --screenshot "$work/shot.png" --after "$ms"
 done
 if [ "$seconds" -ge 15 ] && command -v xdotool >/dev/null; then
-  for action in max pause; do
+  for action in steady max pause; do
     QUILL_PLAYBACK_STATS=1 sampled "quillplayer(gl,$action)" "$action" "$player" "$clip" \
       --workdir "$work/wd-$action" --rendering gl --screenshot "$work/shot.png" --after "$ms"
   done
