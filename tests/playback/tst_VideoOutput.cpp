@@ -253,6 +253,22 @@ void TestVideoOutput::nativeWindowFollowsSize()
 
     pOutput->Clear();
     TRY_PIXELS(grab(), {{{180, 180}, g_black}, {{5, 5}, g_black}});
+
+    // Full screen moves the render widget into another top-level window:
+    // pictures follow it there.
+    if (!blRenderWidget) return;
+    QWidget other;
+    other.resize(200, 200);
+    pSurface->setParent(&other);
+    pSurface->setGeometry(0, 0, 200, 200);
+    pSurface->show();
+    other.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&other));
+    QVERIFY(pOutput->Show(pHd.get()));
+    QTRY_COMPARE((pOutput->Refresh(),
+                  Mismatch(QGuiApplication::primaryScreen()->grabWindow(pSurface->winId()).toImage(),
+                           {{{100, 100}, g_red}, {{100, 20}, g_black}})),
+                 QString());
 }
 
 void TestVideoOutput::nativeWindowFailures()
