@@ -84,6 +84,9 @@ for rendering in gl native; do
   QUILL_PLAYBACK_STATS=1 run "quillplayer($rendering)" "$player" "$clip" --workdir "$work/wd-$rendering" \
     --rendering "$rendering" --screenshot "$work/shot.png" --after "$ms"
 done
+# What the OpenGL widget itself costs where the player would not pick it.
+QUILL_RENDER_GL=1 QUILL_PLAYBACK_STATS=1 run "quillplayer(gl,forced)" "$player" "$clip" \
+  --workdir "$work/wd-forced" --rendering gl --screenshot "$work/shot.png" --after "$ms"
 if [ "$seconds" -ge 15 ] && command -v xdotool >/dev/null; then
   for action in steady max pause; do
     QUILL_PLAYBACK_STATS=1 sampled "quillplayer(gl,$action)" "$action" "$player" "$clip" \
