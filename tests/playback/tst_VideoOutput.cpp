@@ -101,8 +101,10 @@ void TestVideoOutput::renderWidget_data()
 void TestVideoOutput::renderWidget()
 {
     QFETCH(bool, blOpenGl);
-    if (blOpenGl) qputenv("QUILL_RENDER_GL", "1");
-    else qunsetenv("QUILL_RENDER_GL");
+    if (blOpenGl)
+        qputenv("QUILL_RENDER_GL", "1");
+    else
+        qunsetenv("QUILL_RENDER_GL");
     ShownWidget shown(QSize(640, 360));
     QVERIFY(shown.Ready());
     if (!blOpenGl && QGL_NativeWindow(shown.Handle()) == 0)
@@ -198,8 +200,9 @@ void TestVideoOutput::nativeWindowFollowsSize()
     pSurface->setUpdatesEnabled(false);
     auto grab = [id] { return QGuiApplication::primaryScreen()->grabWindow(id).toImage(); };
 
-    std::unique_ptr<IVideoOutput> pOutput =
-        blRenderWidget ? OutputFor(pRenderHandle) : CreateVideoOutput(static_cast<std::int64_t>(id));
+    std::unique_ptr<IVideoOutput> pOutput = blRenderWidget
+                                                ? OutputFor(pRenderHandle)
+                                                : CreateVideoOutput(static_cast<std::int64_t>(id));
     // What a refresh leaves on screen: empty when it matches _vecExpected.
     auto refreshed = [&](const std::vector<Expect>& _vecExpected) {
         pOutput->Refresh();
@@ -209,11 +212,11 @@ void TestVideoOutput::nativeWindowFollowsSize()
     QVERIFY(pOutput->Show(pFrame.get()));
     // 4:3 in 640x360: the picture spans x 80..559, red above blue.
     TRY_PIXELS(grab(), {{{77, 180}, g_black},
-                           {{83, 90}, g_red},
-                           {{556, 270}, g_blue},
-                           {{562, 180}, g_black},
-                           {{320, 2}, g_red},
-                           {{320, 357}, g_blue}});
+                        {{83, 90}, g_red},
+                        {{556, 270}, g_blue},
+                        {{562, 180}, g_black},
+                        {{320, 2}, g_red},
+                        {{320, 357}, g_blue}});
 
     // Paused and resized taller than wide: a refresh redraws with bars above
     // and below (picture 360x270 from y 45).
@@ -265,10 +268,11 @@ void TestVideoOutput::nativeWindowFollowsSize()
     other.show();
     QVERIFY(QTest::qWaitForWindowExposed(&other));
     QVERIFY(pOutput->Show(pHd.get()));
-    QTRY_COMPARE((pOutput->Refresh(),
-                  Mismatch(QGuiApplication::primaryScreen()->grabWindow(pSurface->winId()).toImage(),
-                           {{{100, 100}, g_red}, {{100, 20}, g_black}})),
-                 QString());
+    QTRY_COMPARE(
+        (pOutput->Refresh(),
+         Mismatch(QGuiApplication::primaryScreen()->grabWindow(pSurface->winId()).toImage(),
+                  {{{100, 100}, g_red}, {{100, 20}, g_black}})),
+        QString());
 }
 
 void TestVideoOutput::nativeWindowFailures()

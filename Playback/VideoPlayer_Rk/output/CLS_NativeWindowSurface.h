@@ -40,8 +40,6 @@ public:
     // True once after the window system asked for the content again (the
     // window was uncovered, mapped or resized).
     bool TakeExposed();
-    // Whether pictures reach the window system through shared memory.
-    bool SharesMemory() const;
 
     const std::string& LastError() const { return m_strError; }
 

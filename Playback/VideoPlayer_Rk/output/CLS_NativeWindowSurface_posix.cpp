@@ -169,7 +169,8 @@ bool CLS_NativeWindowSurface::SImpl::SetUp(std::string& _strError)
 
 void CLS_NativeWindowSurface::SImpl::QueryShm()
 {
-    const xcb_query_extension_reply_t* pExtension = xcb_get_extension_data(pConnection, &xcb_shm_id);
+    const xcb_query_extension_reply_t* pExtension =
+        xcb_get_extension_data(pConnection, &xcb_shm_id);
     if (!pExtension || !pExtension->present) return;
     xcb_shm_query_version_reply_t* pVersion =
         xcb_shm_query_version_reply(pConnection, xcb_shm_query_version(pConnection), nullptr);
@@ -200,7 +201,8 @@ bool CLS_NativeWindowSurface::SImpl::AttachShm(std::size_t _szBytes)
     // The one round trip per size: a server on another machine accepts the
     // request but cannot reach the segment, and says so here.
     xcb_generic_error_t* pError = xcb_request_check(
-        pConnection, xcb_shm_attach_checked(pConnection, uSegment, static_cast<std::uint32_t>(iId), 0));
+        pConnection,
+        xcb_shm_attach_checked(pConnection, uSegment, static_cast<std::uint32_t>(iId), 0));
     // Marked for removal at once: it goes away with its last user, even when
     // this process dies without cleaning up.
     shmctl(iId, IPC_RMID, nullptr);
@@ -347,7 +349,8 @@ std::uint8_t* CLS_NativeWindowSurface::Canvas(int _iWidth, int _iHeight, int& _i
     impl.pCanvas = nullptr;
     impl.iCanvasWidth = impl.iCanvasHeight = 0;
     const int iStride = impl.Stride(_iWidth);
-    const std::size_t szBytes = static_cast<std::size_t>(iStride) * static_cast<std::size_t>(_iHeight);
+    const std::size_t szBytes =
+        static_cast<std::size_t>(iStride) * static_cast<std::size_t>(_iHeight);
     if (impl.blShm && !impl.AttachShm(szBytes)) impl.blShm = false;
     if (impl.pShared) {
         std::vector<std::uint8_t>().swap(impl.vecHeap);
@@ -421,11 +424,6 @@ bool CLS_NativeWindowSurface::TakeExposed()
     const bool blExposed = impl.blExposed;
     impl.blExposed = false;
     return blExposed;
-}
-
-bool CLS_NativeWindowSurface::SharesMemory() const
-{
-    return m_pImpl->pCanvas && m_pImpl->pCanvas == m_pImpl->pShared;
 }
 
 }  // namespace RK_Framework::VideoPlayer

@@ -98,8 +98,8 @@ bool CLS_NativeWindowSurface::Present()
     info.bmiHeader.biBitCount = 32;
     info.bmiHeader.biCompression = BI_RGB;
     const int iLines =
-        SetDIBitsToDevice(hDc, 0, 0, static_cast<DWORD>(iWidth), static_cast<DWORD>(iHeight), 0,
-                          0, 0, static_cast<UINT>(iHeight), pPixels, &info, DIB_RGB_COLORS);
+        SetDIBitsToDevice(hDc, 0, 0, static_cast<DWORD>(iWidth), static_cast<DWORD>(iHeight), 0, 0,
+                          0, static_cast<UINT>(iHeight), pPixels, &info, DIB_RGB_COLORS);
     ReleaseDC(m_pImpl->hWindow, hDc);
     if (iLines <= 0) {
         m_strError = "window refused the picture (error " + std::to_string(GetLastError()) + ")";
@@ -112,11 +112,6 @@ bool CLS_NativeWindowSurface::TakeExposed()
 {
     // Paint requests go to the owning thread's window procedure, out of
     // reach here; a resize is still noticed through the size.
-    return false;
-}
-
-bool CLS_NativeWindowSurface::SharesMemory() const
-{
     return false;
 }
 

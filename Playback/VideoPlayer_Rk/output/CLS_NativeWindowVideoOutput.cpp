@@ -109,15 +109,14 @@ bool CLS_NativeWindowVideoOutput::Draw(int _iWidth, int _iHeight)
         FillBlack();
         m_rectPicture = SVideoRect();
     } else {
-        SVideoRect rect = CLS_VideoFrameTraits::FitRect(
-            m_pLast->width, m_pLast->height, CLS_VideoFrameTraits::SampleAspect(m_pLast), _iWidth,
-            _iHeight);
+        SVideoRect rect = CLS_VideoFrameTraits::FitRect(m_pLast->width, m_pLast->height,
+                                                        CLS_VideoFrameTraits::SampleAspect(m_pLast),
+                                                        _iWidth, _iHeight);
         // swscale falls back to a path several times slower for an odd width
         // of packed RGB, and to an extra copy for rows that do not start on 16
         // bytes: a pixel or three off centre is not worth either.
         if (rect.iWidth > 1 && (rect.iWidth & 1)) --rect.iWidth;
-        const int iBytesPerPixel =
-            av_get_padded_bits_per_pixel(av_pix_fmt_desc_get(eFormat)) / 8;
+        const int iBytesPerPixel = av_get_padded_bits_per_pixel(av_pix_fmt_desc_get(eFormat)) / 8;
         if (iBytesPerPixel == 4) rect.iX &= ~3;
         // Bars are painted only when the picture moved; the picture area is
         // overwritten by every frame anyway.
@@ -196,16 +195,15 @@ bool CLS_NativeWindowVideoOutput::ScalePicture(const SVideoRect& _rect)
     const int* piCoefficients = CLS_VideoFrameTraits::SwsCoefficients(m_pLast);
     const bool blFullRange = CLS_VideoFrameTraits::IsFullRange(m_pLast);
     if (piCoefficients != m_piSwsCoefficients || blFullRange != m_blSwsFullRange) {
-        sws_setColorspaceDetails(m_pSws, piCoefficients, blFullRange ? 1 : 0, piCoefficients, 1,
-                                 0, 1 << 16, 1 << 16);
+        sws_setColorspaceDetails(m_pSws, piCoefficients, blFullRange ? 1 : 0, piCoefficients, 1, 0,
+                                 1 << 16, 1 << 16);
         m_piSwsCoefficients = piCoefficients;
         m_blSwsFullRange = blFullRange;
     }
 
     const int iBytesPerPixel =
         av_get_padded_bits_per_pixel(av_pix_fmt_desc_get(m_eCanvasFormat)) / 8;
-    std::uint8_t* pTarget = m_pCanvas +
-                            static_cast<std::size_t>(_rect.iY) * m_iCanvasStride +
+    std::uint8_t* pTarget = m_pCanvas + static_cast<std::size_t>(_rect.iY) * m_iCanvasStride +
                             static_cast<std::size_t>(_rect.iX) * iBytesPerPixel;
     // swscale's fast paths want aligned rows; a letterboxed spot in the window
     // rarely is, so such pictures go through an aligned scratch image.

@@ -30,8 +30,8 @@ const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
         reinterpret_cast<FnPushShared>(BriskPlatform::FindSymbol(hLibrary, "QGL_PushSharedFrame"));
     const auto fnClear =
         reinterpret_cast<FnClear>(BriskPlatform::FindSymbol(hLibrary, "QGL_Clear"));
-    const auto fnNativeWindow = reinterpret_cast<FnNativeWindow>(
-        BriskPlatform::FindSymbol(hLibrary, "QGL_NativeWindow"));
+    const auto fnNativeWindow =
+        reinterpret_cast<FnNativeWindow>(BriskPlatform::FindSymbol(hLibrary, "QGL_NativeWindow"));
     if (!fnIs || !fnPush || !fnClear) {
         if (!s_blBrokenReported) {
             std::fprintf(stderr, "video output: %s lacks the frame-sink entry points\n",
