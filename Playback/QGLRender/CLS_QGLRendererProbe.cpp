@@ -41,7 +41,8 @@ bool CLS_QGLRendererProbe::PreferNativeWindow()
 
 bool CLS_QGLRendererProbe::IsSoftwareRenderer(const QString& _qstrRenderer)
 {
-    for (const char* szName : {"llvmpipe", "softpipe", "swrast", "Software Rasterizer"}) {
+    for (const char* szName :
+         {"llvmpipe", "softpipe", "swrast", "Software Rasterizer", "GDI Generic"}) {
         if (_qstrRenderer.contains(QLatin1String(szName), Qt::CaseInsensitive)) return true;
     }
     return false;
