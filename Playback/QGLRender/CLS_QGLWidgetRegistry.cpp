@@ -12,24 +12,31 @@ CLS_QGLWidgetRegistry& CLS_QGLWidgetRegistry::Instance()
     return *s_pRegistry;
 }
 
-void* CLS_QGLWidgetRegistry::HandleOf(CLS_QGLRenderWidget* _pWidget)
-{
-    // The handle is the QWidget pointer, the type the module holds it as.
-    return static_cast<QWidget*>(_pWidget);
-}
-
 void CLS_QGLWidgetRegistry::Add(CLS_QGLRenderWidget* _pWidget)
 {
     QMutexLocker locker(&m_mutex);
-    m_mapWidgets[HandleOf(_pWidget)] = _pWidget;
+    m_mapWidgets[HandleOf(_pWidget)] = SEntry{_pWidget, _pWidget, 0};
 }
 
-CLS_QGLRenderWidget* CLS_QGLWidgetRegistry::Remove(const void* _pHandle)
+void CLS_QGLWidgetRegistry::AddNative(QWidget* _pWidget, std::int64_t _i64Window)
+{
+    QMutexLocker locker(&m_mutex);
+    m_mapWidgets[HandleOf(_pWidget)] = SEntry{_pWidget, nullptr, _i64Window};
+}
+
+void CLS_QGLWidgetRegistry::SetNativeWindow(const void* _pHandle, std::int64_t _i64Window)
+{
+    QMutexLocker locker(&m_mutex);
+    const auto it = m_mapWidgets.find(_pHandle);
+    if (it != m_mapWidgets.end() && !it->second.pGl) it->second.i64Window = _i64Window;
+}
+
+QWidget* CLS_QGLWidgetRegistry::Remove(const void* _pHandle)
 {
     QMutexLocker locker(&m_mutex);
     const auto it = m_mapWidgets.find(_pHandle);
     if (it == m_mapWidgets.end()) return nullptr;
-    CLS_QGLRenderWidget* pWidget = it->second;
+    QWidget* pWidget = it->second.pWidget;
     m_mapWidgets.erase(it);
     return pWidget;
 }
@@ -38,4 +45,11 @@ bool CLS_QGLWidgetRegistry::Contains(const void* _pHandle) const
 {
     QMutexLocker locker(&m_mutex);
     return m_mapWidgets.count(_pHandle) != 0;
+}
+
+std::int64_t CLS_QGLWidgetRegistry::NativeWindow(const void* _pHandle) const
+{
+    QMutexLocker locker(&m_mutex);
+    const auto it = m_mapWidgets.find(_pHandle);
+    return it == m_mapWidgets.end() ? 0 : it->second.i64Window;
 }

@@ -7,7 +7,9 @@
 #include <QThread>
 #include <QtDebug>
 
+#include "CLS_QGLNativeVideoWidget.h"
 #include "CLS_QGLRenderWidget.h"
+#include "CLS_QGLRendererProbe.h"
 #include "CLS_QGLWidgetRegistry.h"
 
 // Entry points are called from C and from the engine's threads: nothing may
@@ -30,8 +32,11 @@ void* QGL_Create(void* parent)
             qWarning() << "QGL_Create: needs a QApplication and its GUI thread";
             return nullptr;
         }
-        auto* pWidget = new CLS_QGLRenderWidget(static_cast<QWidget*>(parent));
-        return CLS_QGLWidgetRegistry::HandleOf(pWidget);
+        auto* pParent = static_cast<QWidget*>(parent);
+        if (CLS_QGLRendererProbe::PreferNativeWindow()) {
+            return CLS_QGLWidgetRegistry::HandleOf(new CLS_QGLNativeVideoWidget(pParent));
+        }
+        return CLS_QGLWidgetRegistry::HandleOf(new CLS_QGLRenderWidget(pParent));
     } catch (const std::exception& e) {
         qWarning() << "QGL_Create failed:" << e.what();
     } catch (...) {
@@ -43,7 +48,7 @@ void* QGL_Create(void* parent)
 int QGL_Release(void* widget)
 {
     try {
-        CLS_QGLRenderWidget* pWidget = CLS_QGLWidgetRegistry::Instance().Remove(widget);
+        QWidget* pWidget = CLS_QGLWidgetRegistry::Instance().Remove(widget);
         if (!pWidget) return -1;
         if (QThread::currentThread() == pWidget->thread()) {
             delete pWidget;
@@ -61,6 +66,15 @@ int QGL_IsRenderWidget(void* handle)
 {
     try {
         return handle && CLS_QGLWidgetRegistry::Instance().Contains(handle) ? 1 : 0;
+    } catch (...) {
+        return 0;
+    }
+}
+
+int64_t QGL_NativeWindow(void* handle)
+{
+    try {
+        return handle ? CLS_QGLWidgetRegistry::Instance().NativeWindow(handle) : 0;
     } catch (...) {
         return 0;
     }

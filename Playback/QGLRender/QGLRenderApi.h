@@ -49,8 +49,11 @@ typedef struct QGL_Frame
     int32_t fullRange;  // 1: 0..255 (JPEG); 0: 16..235 limited
 } QGL_Frame;
 
-// Creates a render widget (a QOpenGLWidget) and registers it. The argument is
-// the parent widget and is always passed null by the module.
+// Creates a render widget and registers it. The argument is the parent widget
+// and is always passed null by the module. The widget is a QOpenGLWidget fed
+// through the frame-sink functions; where OpenGL would draw on the CPU anyway
+// it is a bare native window instead, which QGL_NativeWindow names and the
+// engine draws into itself.
 QGL_EXPORT void* QGL_Create(void* parent);
 // Unregisters and deletes a widget made by QGL_Create: 0, or -1 for a pointer
 // it does not know (which is left alone). Called off the widget's thread, the
@@ -60,7 +63,8 @@ QGL_EXPORT int QGL_Release(void* widget);
 // 1 when handle is a live render widget of this library, else 0.
 QGL_EXPORT int QGL_IsRenderWidget(void* handle);
 // Hands the widget a picture to show (it repaints on its own thread). 0 on
-// success, -1 for an unknown handle, -2 for a frame it cannot show.
+// success, -1 for an unknown handle, -2 for a frame it cannot show (a widget
+// that QGL_NativeWindow names takes none).
 QGL_EXPORT int QGL_PushFrame(void* handle, const QGL_Frame* frame);
 // Like QGL_PushFrame, but the widget keeps the planes where they are instead
 // of copying them (line sizes must be positive). It calls release(opaque)
@@ -72,6 +76,11 @@ QGL_EXPORT int QGL_PushSharedFrame(void* handle, const QGL_Frame* frame, QGL_Rel
                                    void* opaque);
 // Drops the picture: the widget shows black. 0, or -1 for an unknown handle.
 QGL_EXPORT int QGL_Clear(void* handle);
+// The native window id of a render widget that wants pictures drawn into its
+// window rather than pushed; 0 for an OpenGL widget or an unknown handle.
+// Asked again before drawing: the id changes when the widget moves into
+// another top-level window, and is 0 while it has none.
+QGL_EXPORT int64_t QGL_NativeWindow(void* handle);
 
 #ifdef __cplusplus
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QColor>
+#include <QGuiApplication>
 #include <QImage>
 #include <QOpenGLWidget>
 #include <QPoint>
+#include <QScreen>
 #include <QString>
 #include <QtTest>
 
@@ -27,13 +29,13 @@ inline const QColor g_red(255, 0, 0), g_green(0, 255, 0), g_blue(0, 0, 255), g_w
     g_black(Qt::black);
 
 // A widget made by QGL_Create, shown at a known size, released at the end
-// unless the test did so already.
+// unless the test did so already. Either kind: an OpenGL widget, or the
+// native window handed out where OpenGL would draw on the CPU.
 class ShownWidget
 {
 public:
     explicit ShownWidget(const QSize& _size = QSize(320, 240))
-        : m_pHandle(QGL_Create(nullptr)),
-          m_pWidget(qobject_cast<QOpenGLWidget*>(static_cast<QWidget*>(m_pHandle)))
+        : m_pHandle(QGL_Create(nullptr)), m_pWidget(static_cast<QWidget*>(m_pHandle))
     {
         if (!m_pWidget) return;
         m_pWidget->resize(_size);
@@ -46,12 +48,16 @@ public:
     Q_DISABLE_COPY(ShownWidget)
     bool Ready() { return m_pWidget && QTest::qWaitForWindowExposed(m_pWidget); }
     void* Handle() const { return m_pHandle; }
-    QOpenGLWidget* Widget() const { return m_pWidget; }
-    QImage Grab() const { return m_pWidget->grabFramebuffer(); }
+    QOpenGLWidget* Widget() const { return qobject_cast<QOpenGLWidget*>(m_pWidget); }
+    QImage Grab() const
+    {
+        if (QOpenGLWidget* pGl = Widget()) return pGl->grabFramebuffer();
+        return QGuiApplication::primaryScreen()->grabWindow(m_pWidget->winId()).toImage();
+    }
 
 private:
     void* m_pHandle;
-    QOpenGLWidget* m_pWidget;
+    QWidget* m_pWidget;
 };
 
 struct Expect

@@ -291,6 +291,8 @@ void TestQGLRenderWidget::pushRacingRelease()
 // on OpenGL ES, the other shader dialects the widget speaks.
 int main(int argc, char** argv)
 {
+    // The widget under test is the OpenGL one, whatever renders it here.
+    qputenv("QUILL_RENDER_GL", "1");
     const QByteArray qbaProfile = qgetenv("QUILL_GL_PROFILE");
     QSurfaceFormat format = QSurfaceFormat::defaultFormat();
     if (qbaProfile == "core") {

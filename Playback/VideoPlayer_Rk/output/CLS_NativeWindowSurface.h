@@ -23,15 +23,20 @@ public:
     CLS_NativeWindowSurface(const CLS_NativeWindowSurface&) = delete;
     CLS_NativeWindowSurface& operator=(const CLS_NativeWindowSurface&) = delete;
 
-    // The window's inner size now; false when the window is unusable.
+    // The window's inner size as the window system last reported it (no
+    // round trip once set up); false when the window is unusable.
     bool QuerySize(int& _iWidth, int& _iHeight);
     // The layout of the window's pixels (AV_PIX_FMT_NONE until QuerySize has
     // succeeded once, or for a layout this surface cannot fill).
     AVPixelFormat PixelFormat() const;
-    // Bytes per row of an image _iWidth pixels wide that Present accepts.
-    int Stride(int _iWidth) const;
-    // Puts a whole-window image (top row first) on the window.
-    bool Present(const std::uint8_t* _pPixels, int _iWidth, int _iHeight);
+    // An image of _iWidth x _iHeight pixels (top row first, _iStride bytes a
+    // row) to draw the next picture into. The same memory comes back while
+    // the size stays, its pixels as left; _blFresh tells that it is new and
+    // its pixels undefined. Waits until the window system has finished
+    // reading the previous picture from it. Null on failure.
+    std::uint8_t* Canvas(int _iWidth, int _iHeight, int& _iStride, bool& _blFresh);
+    // Puts the whole canvas on the window.
+    bool Present();
     // True once after the window system asked for the content again (the
     // window was uncovered, mapped or resized).
     bool TakeExposed();

@@ -1,6 +1,8 @@
 #include "CLS_NativeWindowSurface.h"
 
 #include <cstdio>
+#include <new>
+#include <vector>
 
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
@@ -19,6 +21,9 @@ struct CLS_NativeWindowSurface::SImpl
 {
     HWND hWindow = nullptr;
     bool blUsable = false;
+    std::vector<std::uint8_t> vecCanvas;
+    int iCanvasWidth = 0;
+    int iCanvasHeight = 0;
 };
 
 CLS_NativeWindowSurface::CLS_NativeWindowSurface(std::int64_t _i64WindowId)
@@ -53,14 +58,33 @@ AVPixelFormat CLS_NativeWindowSurface::PixelFormat() const
     return m_pImpl->blUsable ? AV_PIX_FMT_BGRA : AV_PIX_FMT_NONE;
 }
 
-int CLS_NativeWindowSurface::Stride(int _iWidth) const
+std::uint8_t* CLS_NativeWindowSurface::Canvas(int _iWidth, int _iHeight, int& _iStride,
+                                              bool& _blFresh)
 {
-    return _iWidth * 4;
+    SImpl& impl = *m_pImpl;
+    _blFresh = false;
+    if (!impl.blUsable || _iWidth <= 0 || _iHeight <= 0) return nullptr;
+    _iStride = _iWidth * 4;
+    if (_iWidth != impl.iCanvasWidth || _iHeight != impl.iCanvasHeight) {
+        impl.iCanvasWidth = impl.iCanvasHeight = 0;
+        try {
+            impl.vecCanvas.resize(static_cast<std::size_t>(_iStride) * _iHeight);
+        } catch (const std::bad_alloc&) {
+            m_strError = "out of memory for a window of this size";
+            return nullptr;
+        }
+        impl.iCanvasWidth = _iWidth;
+        impl.iCanvasHeight = _iHeight;
+        _blFresh = true;
+    }
+    return impl.vecCanvas.data();
 }
 
-bool CLS_NativeWindowSurface::Present(const std::uint8_t* _pPixels, int _iWidth, int _iHeight)
+bool CLS_NativeWindowSurface::Present()
 {
-    if (!m_pImpl->blUsable || _iWidth <= 0 || _iHeight <= 0) return false;
+    const int iWidth = m_pImpl->iCanvasWidth, iHeight = m_pImpl->iCanvasHeight;
+    const std::uint8_t* pPixels = m_pImpl->vecCanvas.data();
+    if (!m_pImpl->blUsable || iWidth <= 0 || iHeight <= 0) return false;
     HDC hDc = GetDC(m_pImpl->hWindow);
     if (!hDc) {
         m_strError = "window gave no drawing context";
@@ -68,14 +92,14 @@ bool CLS_NativeWindowSurface::Present(const std::uint8_t* _pPixels, int _iWidth,
     }
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-    info.bmiHeader.biWidth = _iWidth;
-    info.bmiHeader.biHeight = -_iHeight;  // top row first
+    info.bmiHeader.biWidth = iWidth;
+    info.bmiHeader.biHeight = -iHeight;  // top row first
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
     info.bmiHeader.biCompression = BI_RGB;
     const int iLines =
-        SetDIBitsToDevice(hDc, 0, 0, static_cast<DWORD>(_iWidth), static_cast<DWORD>(_iHeight), 0,
-                          0, 0, static_cast<UINT>(_iHeight), _pPixels, &info, DIB_RGB_COLORS);
+        SetDIBitsToDevice(hDc, 0, 0, static_cast<DWORD>(iWidth), static_cast<DWORD>(iHeight), 0, 0,
+                          0, static_cast<UINT>(iHeight), pPixels, &info, DIB_RGB_COLORS);
     ReleaseDC(m_pImpl->hWindow, hDc);
     if (iLines <= 0) {
         m_strError = "window refused the picture (error " + std::to_string(GetLastError()) + ")";

@@ -30,6 +30,8 @@ const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
         reinterpret_cast<FnPushShared>(BriskPlatform::FindSymbol(hLibrary, "QGL_PushSharedFrame"));
     const auto fnClear =
         reinterpret_cast<FnClear>(BriskPlatform::FindSymbol(hLibrary, "QGL_Clear"));
+    const auto fnNativeWindow =
+        reinterpret_cast<FnNativeWindow>(BriskPlatform::FindSymbol(hLibrary, "QGL_NativeWindow"));
     if (!fnIs || !fnPush || !fnClear) {
         if (!s_blBrokenReported) {
             std::fprintf(stderr, "video output: %s lacks the frame-sink entry points\n",
@@ -38,7 +40,7 @@ const CLS_QGLRenderLibrary* CLS_QGLRenderLibrary::Find()
         }
         return nullptr;
     }
-    s_pLibrary = new CLS_QGLRenderLibrary(fnIs, fnPush, fnPushShared, fnClear);
+    s_pLibrary = new CLS_QGLRenderLibrary(fnIs, fnPush, fnPushShared, fnClear, fnNativeWindow);
     return s_pLibrary;
 }
 

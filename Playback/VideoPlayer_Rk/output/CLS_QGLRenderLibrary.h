@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "QGLRenderApi.h"
 
 namespace RK_Framework::VideoPlayer {
@@ -27,25 +29,34 @@ public:
         return m_fnPushShared(_pHandle, &_frame, _fnRelease, _pOpaque);
     }
     int Clear(void* _pHandle) const { return m_fnClear(_pHandle); }
+    // The window to draw into for a widget that takes no pushed pictures;
+    // 0 for one that does (always, from a QGLRender that predates them).
+    std::int64_t NativeWindow(void* _pHandle) const
+    {
+        return m_fnNativeWindow ? m_fnNativeWindow(_pHandle) : 0;
+    }
 
 private:
     using FnIsRenderWidget = int (*)(void*);
     using FnPushFrame = int (*)(void*, const QGL_Frame*);
     using FnPushShared = int (*)(void*, const QGL_Frame*, QGL_ReleaseFunc, void*);
     using FnClear = int (*)(void*);
+    using FnNativeWindow = int64_t (*)(void*);
 
     CLS_QGLRenderLibrary(FnIsRenderWidget _fnIs, FnPushFrame _fnPush, FnPushShared _fnPushShared,
-                         FnClear _fnClear)
+                         FnClear _fnClear, FnNativeWindow _fnNativeWindow)
         : m_fnIsRenderWidget(_fnIs),
           m_fnPushFrame(_fnPush),
           m_fnPushShared(_fnPushShared),
-          m_fnClear(_fnClear)
+          m_fnClear(_fnClear),
+          m_fnNativeWindow(_fnNativeWindow)
     {}
 
     FnIsRenderWidget m_fnIsRenderWidget;
     FnPushFrame m_fnPushFrame;
     FnPushShared m_fnPushShared;
     FnClear m_fnClear;
+    FnNativeWindow m_fnNativeWindow;
 };
 
 }  // namespace RK_Framework::VideoPlayer

@@ -16,6 +16,10 @@ std::unique_ptr<IVideoOutput> CreateVideoOutput(std::int64_t playHandle)
     void* pHandle = reinterpret_cast<void*>(static_cast<std::intptr_t>(playHandle));
     if (const CLS_QGLRenderLibrary* pLibrary = CLS_QGLRenderLibrary::Find();
         pLibrary && pLibrary->IsRenderWidget(pHandle)) {
+        if (pLibrary->NativeWindow(pHandle) != 0) {
+            return std::make_unique<CLS_NativeWindowVideoOutput>(
+                [pLibrary, pHandle] { return pLibrary->NativeWindow(pHandle); });
+        }
         return std::make_unique<CLS_GLWidgetVideoOutput>(*pLibrary, pHandle);
     }
     return std::make_unique<CLS_NativeWindowVideoOutput>(playHandle);
