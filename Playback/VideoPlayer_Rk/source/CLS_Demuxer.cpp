@@ -16,7 +16,13 @@ namespace {
 // not much to throw away.
 constexpr std::size_t kMaxQueuedBytes = 24u * 1024u * 1024u;
 constexpr std::size_t kEnoughPackets = 90;
+// Waits while there is nothing to read for; a seek or a stop wakes the
+// thread at once, so these only bound how late the queues are topped up
+// again. Full queues hold seconds of playback even at 16X; at the end of the
+// data only a seek brings work.
 constexpr int kIdleWaitMs = 10;
+constexpr int kFullWaitMs = 40;
+constexpr int kEndWaitMs = 250;
 }  // namespace
 
 CLS_Demuxer::CLS_Demuxer(CLS_SessionState& _state, CLS_MediaSource& _source,
@@ -81,7 +87,7 @@ void CLS_Demuxer::Run()
             blEof = false;
         }
         if (blEof || QueuesFull()) {
-            m_state.WaitForWork(kIdleWaitMs);
+            m_state.WaitForWork(blEof ? kEndWaitMs : kFullWaitMs);
             continue;
         }
         if (!pPacket) pPacket = av_packet_alloc();
