@@ -126,7 +126,7 @@ int CLS_SdvTool::Seal(const std::string& _strIn, const std::string& _strOut)
     return EXIT_OK;
 }
 
-int CLS_SdvTool::OpenUnlocked(const std::string& _strFile, Reader& _reader)
+int CLS_SdvTool::OpenHeader(const std::string& _strFile, Reader& _reader)
 {
     switch (_reader.Open(_strFile)) {
         case Reader::OPEN_IO_ERROR:
@@ -138,6 +138,12 @@ int CLS_SdvTool::OpenUnlocked(const std::string& _strFile, Reader& _reader)
         case Reader::OPEN_OK:
             break;
     }
+    return EXIT_OK;
+}
+
+int CLS_SdvTool::OpenUnlocked(const std::string& _strFile, Reader& _reader)
+{
+    if (const int iStatus = OpenHeader(_strFile, _reader); iStatus != EXIT_OK) return iStatus;
     if (_reader.Readable()) return EXIT_OK;
     CLS_PasswordSource stSource(m_stOptions.m_strPasswordFile);
     CLS_PasswordSource::CLS_Secret stPassword;
@@ -207,16 +213,7 @@ int CLS_SdvTool::Verify(const std::string& _strFile)
 int CLS_SdvTool::Info(const std::string& _strFile)
 {
     Reader stReader;
-    switch (stReader.Open(_strFile)) {
-        case Reader::OPEN_IO_ERROR:
-            return Fail(EXIT_IO, _strFile + ": cannot read");
-        case Reader::OPEN_NOT_SDV:
-            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
-        case Reader::OPEN_DAMAGED:
-            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
-        case Reader::OPEN_OK:
-            break;
-    }
+    if (const int iStatus = OpenHeader(_strFile, stReader); iStatus != EXIT_OK) return iStatus;
     const ST_SdvHeader& stHeader = stReader.Header();
     char szCreated[32] = "unknown";
     const std::time_t tCreated = static_cast<std::time_t>(stHeader.m_i64Created);
@@ -243,16 +240,7 @@ int CLS_SdvTool::Info(const std::string& _strFile)
 int CLS_SdvTool::Passwd(const std::string& _strFile)
 {
     Reader stReader;
-    switch (stReader.Open(_strFile)) {
-        case Reader::OPEN_IO_ERROR:
-            return Fail(EXIT_IO, _strFile + ": cannot read");
-        case Reader::OPEN_NOT_SDV:
-            return Fail(EXIT_DAMAGED, _strFile + ": not an .sdv file");
-        case Reader::OPEN_DAMAGED:
-            return Fail(EXIT_DAMAGED, _strFile + ": damaged header");
-        case Reader::OPEN_OK:
-            break;
-    }
+    if (const int iStatus = OpenHeader(_strFile, stReader); iStatus != EXIT_OK) return iStatus;
     ST_SdvHeader stHeader = stReader.Header();
     if (!stHeader.m_blSealed)
         return Fail(EXIT_USAGE, _strFile + ": not sealed, no password to change");

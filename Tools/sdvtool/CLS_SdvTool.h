@@ -42,6 +42,9 @@ public:
 
 private:
     using Reader = RK_Framework::VideoPlayer::CLS_SdvReader;
+    // Opens _strFile and reads its header; the exit status and a line on
+    // standard error when it cannot.
+    int OpenHeader(const std::string& _strFile, Reader& _reader);
     // Opens _strFile and, when sealed, unlocks it with a password asked for.
     int OpenUnlocked(const std::string& _strFile, Reader& _reader);
     // Reads the whole payload through _reader, handing each piece to
