@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 source scripts/common.sh
 QUILL_PACKAGES+=(lintian)
 quill_install_dependencies
-QUILL_BUILD_TYPE=${QUILL_BUILD_TYPE:-Release} quill_build build-package -DBUILD_TESTING=OFF
+QUILL_BUILD_TYPE=${QUILL_BUILD_TYPE:-Release} quill_build build-package -DBUILD_TESTING=OFF -DCMAKE_INSTALL_PREFIX=/usr
 (cd build-package && cpack -G DEB)
 deb=$(ls build-package/quillplayer_*.deb)
 echo "Package: $deb ($(du -h "$deb" | cut -f1))"

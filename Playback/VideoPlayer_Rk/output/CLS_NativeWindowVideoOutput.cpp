@@ -114,8 +114,10 @@ bool CLS_NativeWindowVideoOutput::Draw(int _iWidth, int _iHeight)
                                                         _iWidth, _iHeight);
         // swscale falls back to a path several times slower for an odd width
         // of packed RGB, and to an extra copy for rows that do not start on 16
-        // bytes: a pixel or three off centre is not worth either.
-        if (rect.iWidth > 1 && (rect.iWidth & 1)) --rect.iWidth;
+        // bytes: a pixel or three off centre is not worth either. Its vector
+        // output also darkens the last columns of a width that is not a
+        // multiple of 8, so the width is cut to one.
+        if (rect.iWidth > 8) rect.iWidth &= ~7;
         const int iBytesPerPixel = av_get_padded_bits_per_pixel(av_pix_fmt_desc_get(eFormat)) / 8;
         if (iBytesPerPixel == 4) rect.iX &= ~3;
         // Bars are painted only when the picture moved; the picture area is
