@@ -436,7 +436,7 @@ int main(int argc, char** argv)
         if (stWatched.WaitShownAbove(0)) vecOpen.push_back(qTimer.nsecsElapsed() / 1e6);
     }
 
-    std::vector<double> vecSeek;
+    std::vector<double> vecSeek = SeekTimes(qstrClip, false);
     std::vector<double> vecBackInGop;
     std::vector<double> vecBackAcross;
     {
@@ -446,14 +446,6 @@ int main(int argc, char** argv)
         stPlayer.Play(0);
         stWatched.WaitShownAbove(0);
         stPlayer.Pause(true);
-        for (int i = 0; i < 25; ++i) {
-            const int iPercent = (i * 37) % 97 + 1;
-            const std::uint64_t u64Before = stWatched.m_u64Shown.load();
-            QElapsedTimer qTimer;
-            qTimer.start();
-            stPlayer.SetPlayPos(iPercent);
-            if (stWatched.WaitShownAbove(u64Before)) vecSeek.push_back(qTimer.nsecsElapsed() / 1e6);
-        }
         // Paused in mid-group after playing: the first step decodes the
         // group again, the following ones come from the kept pictures.
         for (int iPercent : {30, 60}) {
