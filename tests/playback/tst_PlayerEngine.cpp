@@ -53,7 +53,8 @@ void OnEvent(void* _pUser, CLS_Player_Rk* _pPlayer, int _iType)
 {
     auto* pProbe = static_cast<ST_Probe*>(_pUser);
     pProbe->m_pRaisedBy = _pPlayer;
-    if (QThread::currentThread() == qApp->thread()) pProbe->m_blOnCallerThread = true;
+    if (QThread::currentThread() == QCoreApplication::instance()->thread())
+        pProbe->m_blOnCallerThread = true;
     if (_iType == 81) ++pProbe->m_iEnds;
     if (_iType == 55) ++pProbe->m_iAsked;
     if (_iType == 56) ++pProbe->m_iRefused;
