@@ -113,13 +113,15 @@ bool CLS_ParamStore::MoveAside(const QString& _qstrReason)
 bool CLS_ParamStore::Save()
 {
     if (!m_blWritable) return false;
+    // The explicit size check and flush matter: commit() misses a buffered
+    // tail that failed to reach a full disk and would rename a torn file into
+    // place.
+    const QByteArray qbaContent = QJsonDocument(m_jsonRoot).toJson(QJsonDocument::Indented);
     QSaveFile file(m_qstrPath);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(QJsonDocument(m_jsonRoot).toJson(QJsonDocument::Indented));
-        if (file.commit()) {
-            m_blDirty = false;
-            return true;
-        }
+    if (file.open(QIODevice::WriteOnly) && file.write(qbaContent) == qbaContent.size() &&
+        file.flush() && file.commit()) {
+        m_blDirty = false;
+        return true;
     }
     std::cerr << "KoParam: cannot write \"" << m_qstrPath.toStdString()
               << "\": " << file.errorString().toStdString() << std::endl;

@@ -1,14 +1,10 @@
 #include "CLS_HistroyFile.h"
 #include "QuillTestSupport.h"
+#include "WriteFaults.h"
 
 #include <QDir>
 #include <QtTest>
 
-#include <linux/capability.h>
-#include <sys/resource.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-#include <csignal>
 #include <optional>
 
 namespace {
@@ -26,34 +22,6 @@ QString ReadBack()
         qlstEntries << qstrPath + ':' + QString::number(mapPos.value(qstrPath, -1));
     return qlstEntries.join(' ');
 }
-
-// Root writes through folder permissions; without CAP_DAC_OVERRIDE on this
-// thread a read-only folder is read-only for the test too.
-class ScopedReadOnlyDir
-{
-public:
-    explicit ScopedReadOnlyDir(const QString& _qstrPath) : m_qstrPath(_qstrPath)
-    {
-        QFile::setPermissions(m_qstrPath, QFile::ReadOwner | QFile::ExeOwner);
-        if (syscall(SYS_capget, &m_header, m_caps) == 0) {
-            __user_cap_data_struct reduced[2] = {m_caps[0], m_caps[1]};
-            reduced[0].effective &= ~((1u << CAP_DAC_OVERRIDE) | (1u << CAP_DAC_READ_SEARCH));
-            m_blCapsChanged = syscall(SYS_capset, &m_header, reduced) == 0;
-        }
-    }
-    ~ScopedReadOnlyDir()
-    {
-        if (m_blCapsChanged) syscall(SYS_capset, &m_header, m_caps);
-        QFile::setPermissions(m_qstrPath, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    }
-    bool IsReadOnly() const { return !QFile(m_qstrPath + "/probe").open(QIODevice::WriteOnly); }
-
-private:
-    QString m_qstrPath;
-    __user_cap_header_struct m_header{_LINUX_CAPABILITY_VERSION_3, 0};
-    __user_cap_data_struct m_caps[2] = {};
-    bool m_blCapsChanged = false;
-};
 
 }  // namespace
 
@@ -146,27 +114,55 @@ private slots:
                                              "pos": 5}]})"));
         if (fileReadOnly) QFile::setPermissions(kFile, QFile::ReadOwner);
         {
-            std::optional<ScopedReadOnlyDir> readOnly;
+            std::optional<QuillTest::ScopedReadOnlyDir> readOnly;
             if (folderReadOnly) readOnly.emplace(workDir.Path());
             if (readOnly && !readOnly->IsReadOnly())
                 QSKIP("this file system lets the test write into a read-only folder");
-            // A file size limit stops every write part-way, as a full disk does.
-            rlimit limitOld{};
-            getrlimit(RLIMIT_FSIZE, &limitOld);
-            const auto pfnOldHandler = std::signal(SIGXFSZ, SIG_IGN);
-            const rlimit limitFull{32, limitOld.rlim_max};
-            if (diskFull) setrlimit(RLIMIT_FSIZE, &limitFull);
+            std::optional<QuillTest::ScopedDiskFull> full;
+            if (diskFull) full.emplace();
             QString qstrError;
             const bool blWritten =
                 CLS_HistroyFile::Write(kFile, {{"/v/b.mp4", 8}}, {"/v/b.mp4"}, &qstrError);
-            setrlimit(RLIMIT_FSIZE, &limitOld);
-            std::signal(SIGXFSZ, pfnOldHandler);
+            full.reset();
             QCOMPARE(blWritten, written);
             QCOMPARE(qstrError.isEmpty(), written);
         }
         QCOMPARE(ReadBack(), written ? "0 /v/b.mp4:8" : "0 /v/a-longer-name.mp4:5");
         // No temporary file left beside it.
         QCOMPARE(QDir().entryList(QDir::Files), QStringList{kFile});
+    }
+
+    void killedWriterLeavesAWholeFile()
+    {
+        QuillTest::ScopedWorkDir workDir;
+        // Version i: i % 7 + 1 entries "/v/<i>/<k>" at position i, so a torn
+        // file, a mix of two versions or an empty one all show.
+        const auto write = [](int i) {
+            QMap<QString, int> mapPos;
+            QVector<QString> vecPath;
+            for (int k = 0; k <= i % 7; ++k) {
+                vecPath << QStringLiteral("/v/%1/%2").arg(i).arg(k);
+                mapPos.insert(vecPath.back(), i);
+            }
+            CLS_HistroyFile::Write(kFile, mapPos, vecPath);
+        };
+        const auto check = []() -> QString {
+            QMap<QString, int> mapPos;
+            QVector<QString> vecPath;
+            if (CLS_HistroyFile::Read(kFile, mapPos, vecPath) !=
+                    CLS_HistroyFile::ReadResult::Loaded || vecPath.isEmpty())
+                return QStringLiteral("unreadable or empty");
+            const int i = mapPos.value(vecPath.front());
+            if (vecPath.size() != i % 7 + 1) return QStringLiteral("torn at version %1").arg(i);
+            for (int k = 0; k < vecPath.size(); ++k) {
+                if (vecPath[k] != QStringLiteral("/v/%1/%2").arg(i).arg(k) ||
+                    mapPos.value(vecPath[k]) != i)
+                    return QStringLiteral("mixed versions near %1").arg(i);
+            }
+            return {};
+        };
+        write(0);
+        QCOMPARE(QuillTest::KillDuringWrites(write, check), QString());
     }
 };
 

@@ -2,6 +2,7 @@
 #include "KoParamApi.h"
 #include "KoServices.h"
 #include "ServiceFixture.h"
+#include "WriteFaults.h"
 
 #include <QDir>
 #include <QFile>
@@ -10,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -125,6 +127,60 @@ private slots:
             for (int k = 0; k < kKeys; ++k)
                 QCOMPARE(store.GetParam(section(t), key(t, k), ""), key(k, t));
         }
+    }
+
+    void failedWriteKeepsTheOldFile_data()
+    {
+        QTest::addColumn<bool>("folderReadOnly");
+        QTest::newRow("read-only folder") << true;
+        QTest::newRow("disk full mid-write") << false;
+    }
+
+    void failedWriteKeepsTheOldFile()
+    {
+        QFETCH(bool, folderReadOnly);
+        const QDir dir(m_tmpDir.filePath(QTest::currentDataTag()));
+        QVERIFY(dir.mkpath(QStringLiteral(".")));
+        const QString qstrPath = dir.filePath(QStringLiteral("settings.json"));
+        CLS_ParamStore store;
+        QVERIFY(store.Init(qstrPath.toStdString()));
+        QVERIFY(store.SetParam("SystemConfig", "skin", "light"));
+        const QByteArray qbaOld = ReadAll(qstrPath);
+        {
+            std::optional<QuillTest::ScopedReadOnlyDir> readOnly;
+            std::optional<QuillTest::ScopedDiskFull> full;
+            if (folderReadOnly) readOnly.emplace(dir.path());
+            else full.emplace();
+            if (readOnly && !readOnly->IsReadOnly())
+                QSKIP("this file system lets the test write into a read-only folder");
+            QVERIFY(!store.SetParam("SystemConfig", "skin", "a value long enough to fill a buffer"));
+        }
+        QCOMPARE(ReadAll(qstrPath), qbaOld);
+        QCOMPARE(dir.entryList(QDir::Files), QStringList{"settings.json"});
+        // The change was kept and reaches the disk once it can.
+        store.UnInit();
+        QVERIFY(ReadAll(qstrPath).contains("a value long enough"));
+    }
+
+    void killedWriterLeavesAWholeFile()
+    {
+        const QString qstrPath = m_tmpDir.filePath(QStringLiteral("killed.json"));
+        // Version i: a value of i % 97 * 40 characters that ends in i.
+        const auto value = [](int i) {
+            return std::string(size_t(i % 97) * 40, 'x') + std::to_string(i);
+        };
+        CLS_ParamStore store;
+        QVERIFY(store.Init(qstrPath.toStdString()));
+        QVERIFY(store.SetParam("S", "v", value(0)));
+        const auto write = [&](int i) { store.SetParam("S", "v", value(i)); };
+        const auto check = [&]() -> QString {
+            const QJsonObject jsonRoot = QJsonDocument::fromJson(ReadAll(qstrPath)).object();
+            const QString qstrValue = jsonRoot["S"]["v"].toString();
+            const int i = qstrValue.mid(qstrValue.lastIndexOf('x') + 1).toInt();
+            if (qstrValue.toStdString() != value(i)) return "torn or empty: " + qstrValue.right(20);
+            return {};
+        };
+        QCOMPARE(QuillTest::KillDuringWrites(write, check), QString());
     }
 
 private:
