@@ -206,18 +206,14 @@ void TestPlayerEngine::initTestCase()
     for (int iPart : {0, 1}) {
         const QStringList qlstFormat{"-output_ts_offset", QString::number(iPart * 100), "-f",
                                      "mpeg"};
-        QVERIFY(
-            !QuillTest::MakeClip(m_qtmpDir.path(), {QStringLiteral("rec_long%1.ps").arg(iPart),
-                                                    {"-c:v", "libx264", "-preset", "ultrafast",
-                                                     "-qp", "0", "-g", "10", "-pix_fmt", "yuv420p"},
-                                                    {"-c:a", "mp2"},
-                                                    qlstFormat,
-                                                    640,
-                                                    480,
-                                                    5,
-                                                    70.0,
-                                                    iPart * 350})
-                 .isEmpty());
+        QuillTest::ST_Clip stClip{QStringLiteral("rec_long%1.ps").arg(iPart),
+                                  {"-c:v", "libx264", "-preset", "ultrafast", "-qp", "0", "-g",
+                                   "10", "-pix_fmt", "yuv420p"},
+                                  {"-c:a", "mp2"},
+                                  qlstFormat};
+        stClip.m_iWidth = 640, stClip.m_iHeight = 480, stClip.m_iFps = 5;
+        stClip.m_dSeconds = 70.0, stClip.m_iFirstNumber = iPart * 350;
+        QVERIFY(!QuillTest::MakeClip(m_qtmpDir.path(), stClip).isEmpty());
     }
 
     auto readAll = [this](const char* _pName) {
