@@ -157,14 +157,6 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(VideoPixels() != imgPaused, kHangMs);
     }
 
-    void seekByClick()
-    {
-        OpenClip();
-        QVERIFY(QMetaObject::invokeMethod(Find("WgtControlBar"), "SignSliderClicked", Q_ARG(int, 50)));
-        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= kClipSeconds / 2 && PlayedShown() <= kClipSeconds / 2 + 3,
-                                 kHangMs);
-    }
-
     // Stop keeps the position in the history; continuing from the history
     // starts there.
     void historyResume()
