@@ -58,9 +58,7 @@ bool ScopedWorkDir::WriteFile(const QString& _qstrRelative, const QByteArray& _q
 {
     const QString qstrTarget = FilePath(_qstrRelative);
     QDir().mkpath(QFileInfo(qstrTarget).absolutePath());
-    QFile file(qstrTarget);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) return false;
-    return file.write(_qbaContent) == _qbaContent.size();
+    return QuillTest::WriteFile(qstrTarget, _qbaContent);
 }
 
 QJsonObject NewestHistroyEntry(const QString& _qstrDir)
@@ -85,6 +83,19 @@ int RunProgram(const QString& _qstrProgram, const QStringList& _qlstArgs, QByteA
         return -1;
     }
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+QByteArray ReadFile(const QString& _qstrPath)
+{
+    QFile file(_qstrPath);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool WriteFile(const QString& _qstrPath, const QByteArray& _qbaData)
+{
+    QFile file(_qstrPath);
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+           file.write(_qbaData) == _qbaData.size();
 }
 
 }  // namespace QuillTest

@@ -48,4 +48,9 @@ QJsonObject NewestHistroyEntry(const QString& _qstrDir = QStringLiteral("."));
 int RunProgram(const QString& _qstrProgram, const QStringList& _qlstArgs,
                QByteArray* _pOutput = nullptr, int _iTimeoutMs = 120000);
 
+// The whole file; empty when it cannot be read.
+QByteArray ReadFile(const QString& _qstrPath);
+// Replaces the file with _qbaData; false when that fails.
+bool WriteFile(const QString& _qstrPath, const QByteArray& _qbaData);
+
 }  // namespace QuillTest

@@ -1,6 +1,7 @@
 #include "CLS_HistroyFile.h"
 #include "CLS_WgtHistroyList.h"
 #include "CLS_WgtPlayer7ToolboxBar.h"
+#include "MsgBoxDriver.h"
 #include "ServiceFixture.h"
 
 #include <QApplication>
@@ -67,13 +68,7 @@ void Activate(QWidget* _pRow, bool _blDoubleClick)
                           Qt::LeftButton);
 }
 
-QWidget* ShownMsgBox()
-{
-    for (QWidget* pWidget : QApplication::allWidgets())
-        if (pWidget->objectName() == QLatin1String("CLS_WgtMsgBox") && pWidget->isVisible())
-            return pWidget;
-    return nullptr;
-}
+using QuillTest::ShownMsgBox;
 
 QString ShownMessage()
 {

@@ -28,8 +28,7 @@ void CollectWarnings(QtMsgType _type, const QMessageLogContext& _context, const 
 
 QString ReadText(const QString& _qstrPath)
 {
-    QFile file(_qstrPath);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(QuillTest::ReadFile(_qstrPath));
 }
 
 // Every skin the build installs.

@@ -158,18 +158,8 @@ void TestQGLRenderWidget::letterboxKeptOnResizeAndReparent()
     VERIFY_PIXELS(shown.Grab(), {{{320, 180}, g_black}}, 4);  // no picture yet
     TestPicture picture = Uniform(g_yuvWhite);
     QCOMPARE(Push(shown, picture), 0);
-    // 4:3 in 16:9: bars left and right, the picture on columns 80..559.
-    VERIFY_PIXELS(shown.Grab(),
-                  {{{77, 180}, g_black},
-                   {{82, 180}, g_white},
-                   {{557, 180}, g_white},
-                   {{562, 180}, g_black},
-                   {{320, 2}, g_white},
-                   {{320, 357}, g_white}},
-                  4);
-
-    // Paused: no new picture arrives, yet a resize redraws the last one
-    // letterboxed for the new shape (bars above and below, rows 88..312).
+    // 4:3 in 16:9. Paused, no new picture arrives, yet a resize redraws the
+    // last one letterboxed for the new shape (bars above and below, rows 88..312).
     shown.Widget()->resize(300, 400);
     QTRY_COMPARE(shown.Widget()->size(), QSize(300, 400));
     VERIFY_PIXELS(shown.Grab(),

@@ -6,6 +6,7 @@
 #include "I_AppSignals.h"
 #include "KoServices.h"
 #include "MainWindow.h"
+#include "MsgBoxDriver.h"
 #include "QuillTestSupport.h"
 #include "ServiceFixture.h"
 #include "RecordingPlayer.h"
@@ -25,14 +26,6 @@
 namespace {
 
 constexpr int kHangMs = 10000;
-
-QWidget* VisibleMsgBox()
-{
-    for (QWidget* pWidget : QApplication::topLevelWidgets())
-        if (pWidget->isVisible() && pWidget->objectName() == QLatin1String("CLS_WgtMsgBox"))
-            return pWidget;
-    return nullptr;
-}
 
 QString Param(const char* _pKey)
 {
@@ -77,22 +70,10 @@ private:
     }
     QString Notice() { return m_pWindow->findChild<QLabel*>(QStringLiteral("label_exceptionInfo"))->text(); }
     int SpeedShown() { return m_pBar->findChild<QComboBox*>(QStringLiteral("comboBox_speedinfo"))->currentIndex(); }
-    // Waits for the message box, checks its text, answers it.
     void Answer(const QString& _qstrContent, QDialogButtonBox::StandardButton _button,
                 const QString& _qstrInput = QString())
     {
-        QWidget* pBox = nullptr;
-        QTRY_VERIFY_WITH_TIMEOUT((pBox = VisibleMsgBox()) != nullptr, kHangMs);
-        QCOMPARE(pBox->findChild<QLabel*>(QStringLiteral("lbl_content"))->text(), _qstrContent);
-        if (auto* pInput = pBox->findChild<QLineEdit*>(QStringLiteral("lineEdit_input")))
-            pInput->setText(_qstrInput);
-        QPointer<QWidget> pAnswered(pBox);
-        pBox->findChild<QDialogButtonBox*>()->button(_button)->click();
-        const auto answered = [&pAnswered]() {
-            QWidget* pWidget = pAnswered.data();
-            return pWidget == nullptr || pWidget->isHidden();
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(answered(), kHangMs);
+        QuillTest::AnswerMsgBox(_qstrContent, _button, _qstrInput, kHangMs);
     }
 
 private slots:
@@ -288,7 +269,7 @@ private slots:
         // A key typed after the file was stopped reaches no player.
         m_pfnRaise(55);
         QWidget* pBox = nullptr;
-        QTRY_VERIFY_WITH_TIMEOUT((pBox = VisibleMsgBox()) != nullptr, kHangMs);
+        QTRY_VERIFY_WITH_TIMEOUT((pBox = QuillTest::ShownMsgBox()) != nullptr, kHangMs);
         emit m_pBar->SignStop();
         Calls();
         pBox->findChild<QLineEdit*>(QStringLiteral("lineEdit_input"))->setText(QStringLiteral("secret"));

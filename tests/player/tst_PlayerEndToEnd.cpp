@@ -6,6 +6,7 @@
 #include "KoServices.h"
 #include "LoadDll.h"
 #include "ModuleExports.h"
+#include "MsgBoxDriver.h"
 #include "QuillTestSupport.h"
 #include "ServiceFixture.h"
 
@@ -17,11 +18,8 @@
 #include <QFile>
 #include <QJsonObject>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
-#include <QPointer>
 #include <QProcess>
-#include <QPushButton>
 #include <QScreen>
 #include <QtTest>
 
@@ -77,28 +75,10 @@ private:
                                           {{"PlayUrl", _qstrPath.isEmpty() ? m_qstrClip : _qstrPath}}, {}));
         if (_blWait) QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 1, kHangMs);
     }
-    // Waits for the message box saying _pContent, types _qstrInput when it
-    // asks for input, and presses OK.
     void Answer(const char* _pContent, const QString& _qstrInput = QString())
     {
-        QWidget* pBox = nullptr;
-        const auto visibleBox = [&pBox] {
-            pBox = nullptr;
-            for (QWidget* pWidget : QApplication::topLevelWidgets())
-                if (pWidget->isVisible() && pWidget->objectName() == QLatin1String("CLS_WgtMsgBox")) pBox = pWidget;
-            return pBox != nullptr;
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(visibleBox(), kHangMs);
-        QCOMPARE(pBox->findChild<QLabel*>(QStringLiteral("lbl_content"))->text(),
-                 QCoreApplication::translate("MainWindow", _pContent));
-        if (auto* pInput = pBox->findChild<QLineEdit*>(QStringLiteral("lineEdit_input"))) pInput->setText(_qstrInput);
-        QPointer<QWidget> pAnswered(pBox);
-        pBox->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
-        const auto answered = [&pAnswered] {
-            QWidget* pWidget = pAnswered.data();
-            return pWidget == nullptr || pWidget->isHidden();
-        };
-        QTRY_VERIFY_WITH_TIMEOUT(answered(), kHangMs);
+        QuillTest::AnswerMsgBox(QCoreApplication::translate("MainWindow", _pContent),
+                                QDialogButtonBox::Ok, _qstrInput, kHangMs);
     }
 
 private slots:
@@ -175,14 +155,6 @@ private slots:
         const QImage imgPaused = VideoPixels();
         Bar("SignStepUp");
         QTRY_VERIFY_WITH_TIMEOUT(VideoPixels() != imgPaused, kHangMs);
-    }
-
-    void seekByClick()
-    {
-        OpenClip();
-        QVERIFY(QMetaObject::invokeMethod(Find("WgtControlBar"), "SignSliderClicked", Q_ARG(int, 50)));
-        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= kClipSeconds / 2 && PlayedShown() <= kClipSeconds / 2 + 3,
-                                 kHangMs);
     }
 
     // Stop keeps the position in the history; continuing from the history

@@ -1,6 +1,7 @@
 #include "CLS_ParamStore.h"
 #include "KoParamApi.h"
 #include "KoServices.h"
+#include "QuillTestSupport.h"
 #include "ServiceFixture.h"
 #include "WriteFaults.h"
 
@@ -15,21 +16,8 @@
 #include <thread>
 #include <vector>
 
-namespace {
-
-QByteArray ReadAll(const QString& _qstrPath)
-{
-    QFile file(_qstrPath);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool Write(const QString& _qstrPath, const QByteArray& _qbaData)
-{
-    QFile file(_qstrPath);
-    return file.open(QIODevice::WriteOnly) && file.write(_qbaData) == _qbaData.size();
-}
-
-}  // namespace
+using QuillTest::ReadFile;
+using QuillTest::WriteFile;
 
 class tst_KoParam : public QObject
 {
@@ -54,7 +42,7 @@ private slots:
         QVERIFY(KoService::SetParam("ModuleKoPlayer", "Title", "Überwachung – 監視"));
         QVERIFY(KoService::SetParam("ModuleKoPlayer", "OpenSound", "1"));
         QVERIFY(KoService::DeleteParam("ModuleKoPlayer", "OpenSound"));
-        QVERIFY(ReadAll(qstrPath).contains("light"));  // written at once, not only at UnInit
+        QVERIFY(ReadFile(qstrPath).contains("light"));  // written at once, not only at UnInit
 
         pfnUnInit();
         QCOMPARE(KoService::GetParam("SystemConfig", "skin", "dark"), "dark");
@@ -82,17 +70,17 @@ private slots:
         CLS_ParamStore store;
         // A second broken file in the same second gets a backup of its own.
         for (int iRound = 1; iRound <= 2; ++iRound) {
-            QVERIFY(Write(qstrPath, content));
+            QVERIFY(WriteFile(qstrPath, content));
             QVERIFY(store.Init(qstrPath.toStdString()));
             QCOMPARE(store.GetParam("SystemConfig", "skin", "dark"), std::string("dark"));
             // New settings go to a fresh file and leave the backups alone.
             QVERIFY(store.SetParam("SystemConfig", "skin", "light"));
-            QVERIFY(QJsonDocument::fromJson(ReadAll(qstrPath)).isObject());
+            QVERIFY(QJsonDocument::fromJson(ReadFile(qstrPath)).isObject());
             const QStringList qlstBackups =
                 dir.entryList({QStringLiteral("settings.json.corrupt-*")});
             QCOMPARE(qlstBackups.size(), iRound);
             for (const QString& qstrName : qlstBackups)
-                QCOMPARE(ReadAll(dir.filePath(qstrName)), content);
+                QCOMPARE(ReadFile(dir.filePath(qstrName)), content);
             store.UnInit();
         }
     }

@@ -118,6 +118,7 @@ private slots:
             &iOwnerA, "loop", 1));
         QTRY_COMPARE(iInFlight.load(), 2);
         QCOMPARE(inFlightAfter(blOpenLoop, [&] { pool.RemoveTask(&iOwnerA, "loop"); }), 1);
+        QTest::qWait(50);  // a loop left scheduled runs many times in this pause
         QCOMPARE(iLoopRuns.load(), 1);
 
         // UnInit drops what is pending and joins the running tasks; the pool then starts afresh.
@@ -154,32 +155,6 @@ private slots:
         QCOMPARE(iEntered.load(), 2);
     }
 
-    void loopTasksStopWhenRemoved()
-    {
-        CLS_TaskPool pool({}, 3);
-        const int iOwner = 0, iClockOwner = 0;
-        std::atomic<int> iPoll{0}, iOther{0}, iClock{0};
-        QVERIFY(pool.AddLoopTask([&] { ++iPoll; }, &iOwner, "poll", 5));
-        QVERIFY(pool.AddLoopTask([&] { ++iOther; }, &iOwner, "other", 5));
-        QVERIFY(pool.AddLoopTask([&] { ++iClock; }, &iClockOwner, "clock", 5));
-        QTRY_VERIFY(iPoll >= 3 && iOther >= 3);
-        // RemoveTask stops the named loop only; KillTask stops the owner's others.
-        pool.RemoveTask(&iOwner, "poll");
-        const int iPollAtRemove = iPoll, iOtherAtRemove = iOther;
-        QTRY_VERIFY(iOther >= iOtherAtRemove + 5);
-        QCOMPARE(iPoll.load(), iPollAtRemove);
-        pool.KillTask(&iOwner);
-        const int iOtherAtKill = iOther, iClockAtKill = iClock;
-        QTRY_VERIFY(iClock >= iClockAtKill + 5);
-        QCOMPARE(iOther.load(), iOtherAtKill);
-        // KillTaskAll stops every loop; new ones still run.
-        pool.KillTaskAll();
-        const int iClockAtAll = iClock;
-        QVERIFY(pool.AddLoopTask([&] { ++iPoll; }, &iOwner, "poll", 5));
-        QTRY_VERIFY(iPoll >= iPollAtRemove + 5);
-        QCOMPARE(iClock.load(), iClockAtAll);
-    }
-
     void exceptionsAreLoggedAndPoolKeepsWorking()
     {
         using QuillTest::Service;
@@ -203,6 +178,7 @@ private slots:
         const auto logText = [&] { return services.LogText(QStringLiteral("KoTaskPool")); };
         QTRY_VERIFY(logText().count(QStringLiteral("[loop] failed: again")) >= 3);
         pfnKill(&iOwner);
+        const int iLoopFailures = logText().count(QStringLiteral("[loop] failed: again"));
         const QRegularExpression reFailed(R"(\[error\] .*\[CLS_Probe::Run\] failed: disk on fire)");
         QVERIFY2(logText().contains(reFailed) && logText().contains("[odd-thrower] failed: "),
                  qPrintable(logText()));
@@ -211,6 +187,7 @@ private slots:
         for (int i = 0; i < 20; ++i)
             pfnAdd([&] { ++iRuns; }, &iOwner, "after");
         QTRY_COMPARE(iRuns.load(), 20);
+        QCOMPARE(logText().count(QStringLiteral("[loop] failed: again")), iLoopFailures);
     }
 };
 

@@ -30,8 +30,14 @@ private:
     int Run(const QStringList& _qlstArgs, const QByteArray& _qbaInput = QByteArray(),
             QByteArray* _pOutput = nullptr);
     QString Path(const QString& _qstrName) const { return m_qtmpDir.filePath(_qstrName); }
-    QByteArray ReadAll(const QString& _qstrName) const;
-    bool Write(const QString& _qstrName, const QByteArray& _qbaData) const;
+    QByteArray ReadAll(const QString& _qstrName) const
+    {
+        return QuillTest::ReadFile(Path(_qstrName));
+    }
+    bool Write(const QString& _qstrName, const QByteArray& _qbaData) const
+    {
+        return QuillTest::WriteFile(Path(_qstrName), _qbaData);
+    }
 
     QTemporaryDir m_qtmpDir;
 };
@@ -50,18 +56,6 @@ int TestSdvTool::Run(const QStringList& _qlstArgs, const QByteArray& _qbaInput,
     if (qbaOutput.contains(kPassword) || qbaOutput.contains("new secret")) return -2;
     if (_pOutput) *_pOutput = qbaOutput;
     return qProcess.exitStatus() == QProcess::NormalExit ? qProcess.exitCode() : -1;
-}
-
-QByteArray TestSdvTool::ReadAll(const QString& _qstrName) const
-{
-    QFile qfFile(Path(_qstrName));
-    return qfFile.open(QIODevice::ReadOnly) ? qfFile.readAll() : QByteArray();
-}
-
-bool TestSdvTool::Write(const QString& _qstrName, const QByteArray& _qbaData) const
-{
-    QFile qfFile(Path(_qstrName));
-    return qfFile.open(QIODevice::WriteOnly) && qfFile.write(_qbaData) == _qbaData.size();
 }
 
 void TestSdvTool::initTestCase()
