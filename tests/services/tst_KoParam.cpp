@@ -133,7 +133,7 @@ private slots:
         CLS_ParamStore store;
         QVERIFY(store.Init(qstrPath.toStdString()));
         QVERIFY(store.SetParam("SystemConfig", "skin", "light"));
-        const QByteArray qbaOld = ReadAll(qstrPath);
+        const QByteArray qbaOld = ReadFile(qstrPath);
         {
             std::optional<QuillTest::ScopedReadOnlyDir> readOnly;
             std::optional<QuillTest::ScopedDiskFull> full;
@@ -143,11 +143,11 @@ private slots:
                 QSKIP("this file system lets the test write into a read-only folder");
             QVERIFY(!store.SetParam("SystemConfig", "skin", "a value long enough to fill a buffer"));
         }
-        QCOMPARE(ReadAll(qstrPath), qbaOld);
+        QCOMPARE(ReadFile(qstrPath), qbaOld);
         QCOMPARE(dir.entryList(QDir::Files), QStringList{"settings.json"});
         // The change was kept and reaches the disk once it can.
         store.UnInit();
-        QVERIFY(ReadAll(qstrPath).contains("a value long enough"));
+        QVERIFY(ReadFile(qstrPath).contains("a value long enough"));
     }
 
     void killedWriterLeavesAWholeFile()
@@ -162,7 +162,7 @@ private slots:
         QVERIFY(store.SetParam("S", "v", value(0)));
         const auto write = [&](int i) { store.SetParam("S", "v", value(i)); };
         const auto check = [&]() -> QString {
-            const QJsonObject jsonRoot = QJsonDocument::fromJson(ReadAll(qstrPath)).object();
+            const QJsonObject jsonRoot = QJsonDocument::fromJson(ReadFile(qstrPath)).object();
             const QString qstrValue = jsonRoot["S"]["v"].toString();
             const int i = qstrValue.mid(qstrValue.lastIndexOf('x') + 1).toInt();
             if (qstrValue.toStdString() != value(i)) return "torn or empty: " + qstrValue.right(20);
