@@ -1,10 +1,12 @@
 #include "MainWindow.h"
 
+#include "CLS_ClipCutController.h"
 #include "CLS_GLWgtLibLoader.h"
 #include "CLS_MsgBoxRequest.h"
 #include "CLS_VideoPlayControl.h"
 #include "CLS_WgtHistroyList.h"
 #include "CLS_WgtPlayerControlBar.h"
+#include "CLS_WgtPlayerSlider.h"
 #include "FixedSkinFile.h"
 #include "I_AppSignals.h"
 #include "KoServices.h"
@@ -94,6 +96,18 @@ MainWindow::MainWindow(QWidget* _pParent) : QMainWindow(_pParent), ui(new Ui::Ma
     connect(this, &MainWindow::SignNormalSpeed, this, &MainWindow::SlotSetNormalSpeed);
     setWindowTitle(QStringLiteral("Player"));
     MakeConnections();
+
+    // Cut marks and the clip export: shortcuts on this window, entries in
+    // the video area's context menu, notices in the control bar.
+    m_pClipCut = new CLS_ClipCutController(
+        this, m_pControlBar->findChild<CLS_WgtPlayerSlider*>(QStringLiteral("slider_Play")),
+        [this](int& _iPlayed) {
+            return m_pVideoPlayControl && m_pVideoPlayControl->GetPlayedTime(_iPlayed);
+        },
+        this);
+    m_pClipCut->AttachContextMenu(ui->openGLWgt);
+    connect(m_pClipCut, &CLS_ClipCutController::SignNotice, m_pControlBar,
+            &CLS_WgtPlayerControlBar::SetExceptionInfo);
 }
 
 MainWindow::~MainWindow()
@@ -114,7 +128,8 @@ void MainWindow::LoadStyleSheet()
 {
     const QString qstrPath = FixedSkinFilePath(QStringLiteral("ModuleKoPlayer.qss"));
     if (!SetStyleSheetFromFile(this, qstrPath))
-        PLAYER_LOG(3) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading Failed,Path = " << qstrPath;
+        PLAYER_LOG(3) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading Failed,Path = "
+                      << qstrPath;
 }
 
 void MainWindow::CreateRenderSurface()
@@ -263,11 +278,13 @@ void MainWindow::SlotContinuePlay(QString _qstrFilePath, long _lStartTime)
     const int iDot = qstrFileName.lastIndexOf(QLatin1Char('.'));
     ui->label_videoname->setText(iDot < 0 ? qstrFileName : qstrFileName.left(iDot));
     m_pControlBar->SetTotalTime(iTotalTime);
+    m_pClipCut->SetFile(_qstrFilePath, iTotalTime);
 
     // A total of 0 (a file too short to count) has nothing to seek into.
-    m_iPendingSeek = iTotalTime > 0
-                         ? static_cast<int>(std::ceil(static_cast<double>(iStartTime) / iTotalTime * 100))
-                         : 0;
+    m_iPendingSeek =
+        iTotalTime > 0
+            ? static_cast<int>(std::ceil(static_cast<double>(iStartTime) / iTotalTime * 100))
+            : 0;
     m_pControlBar->SetPlaySliderValue(m_iPendingSeek);
     m_pControlBar->SetPlaybackControlsEnabled(true);
     RefreshDisplay();
@@ -320,7 +337,8 @@ void MainWindow::SlotStopVideo(bool _blIsVideoEnd)
             m_pVideoPlayControl->GetPlayedTime(iPlayedTime) && iPlayedTime >= 0)
             m_iPlayedTime = iPlayedTime;
         DisconnectControl();
-        if (!m_pVideoPlayControl->Stop()) PLAYER_LOG(3) << "MainWindow::SlotStopVideo Video Stoped Error";
+        if (!m_pVideoPlayControl->Stop())
+            PLAYER_LOG(3) << "MainWindow::SlotStopVideo Video Stoped Error";
         delete m_pVideoPlayControl;
         m_pVideoPlayControl = nullptr;
         if (!m_blGLRendering && m_pRenderWgt) m_pRenderWgt->setUpdatesEnabled(true);
@@ -377,8 +395,8 @@ void MainWindow::SlotShowHistroyLog()
 void MainWindow::PlaceHistroyList()
 {
     const QRect rectVideo = ui->openGLWgt->geometry();
-    m_pHistroyList->setGeometry(rectVideo.x() + rectVideo.width() - kHistroyListWidth, rectVideo.y(),
-                                m_pHistroyList->width(), rectVideo.height());
+    m_pHistroyList->setGeometry(rectVideo.x() + rectVideo.width() - kHistroyListWidth,
+                                rectVideo.y(), m_pHistroyList->width(), rectVideo.height());
 }
 
 bool MainWindow::eventFilter(QObject* _pWatched, QEvent* _pEvent)
@@ -592,7 +610,8 @@ void MainWindow::AskPassword(qlonglong _qi64PlayHandle)
     // key goes nowhere, also when another file has been opened since.
     QPointer<CLS_VideoPlayControl> pAskingControl(m_pVideoPlayControl);
     CLS_MsgBoxRequest::Show(
-        stRequest, this, [this, _qi64PlayHandle, pAskingControl](int _iButton, QString& _qstrInput) {
+        stRequest, this,
+        [this, _qi64PlayHandle, pAskingControl](int _iButton, QString& _qstrInput) {
             if (_iButton != CLS_MsgBoxRequest::kButtonOk) return;
             if (!pAskingControl || pAskingControl != m_pVideoPlayControl) return;
             if (_qstrInput.isEmpty()) {
