@@ -23,13 +23,14 @@ CLS_ClipCutController::CLS_ClipCutController(QWidget* _pWindow, CLS_WgtPlayerSli
       m_fnPlayedTime(std::move(_fnPlayedTime)),
       m_pRunner(new CLS_ClipExportRunner(this))
 {
-    m_pActFirst = MakeAction("lab_set_first_mark", QStringLiteral("actionSetFirstMark"),
+    m_pActFirst = MakeAction(QT_TR_NOOP("lab_set_first_mark"), QStringLiteral("actionSetFirstMark"),
                              QKeySequence(Qt::Key_BracketLeft));
-    m_pActSecond = MakeAction("lab_set_second_mark", QStringLiteral("actionSetSecondMark"),
-                              QKeySequence(Qt::Key_BracketRight));
-    m_pActClear = MakeAction("lab_clear_marks", QStringLiteral("actionClearMarks"),
+    m_pActSecond =
+        MakeAction(QT_TR_NOOP("lab_set_second_mark"), QStringLiteral("actionSetSecondMark"),
+                   QKeySequence(Qt::Key_BracketRight));
+    m_pActClear = MakeAction(QT_TR_NOOP("lab_clear_marks"), QStringLiteral("actionClearMarks"),
                              QKeySequence(Qt::Key_Backslash));
-    m_pActExport = MakeAction("lab_export_clip", QStringLiteral("actionExportClip"),
+    m_pActExport = MakeAction(QT_TR_NOOP("lab_export_clip"), QStringLiteral("actionExportClip"),
                               QKeySequence(Qt::CTRL | Qt::Key_E));
     connect(m_pActFirst, &QAction::triggered, this, &CLS_ClipCutController::SlotSetFirstMark);
     connect(m_pActSecond, &QAction::triggered, this, &CLS_ClipCutController::SlotSetSecondMark);

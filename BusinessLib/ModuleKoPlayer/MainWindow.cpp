@@ -128,8 +128,7 @@ void MainWindow::LoadStyleSheet()
 {
     const QString qstrPath = FixedSkinFilePath(QStringLiteral("ModuleKoPlayer.qss"));
     if (!SetStyleSheetFromFile(this, qstrPath))
-        PLAYER_LOG(3) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading Failed,Path = "
-                      << qstrPath;
+        PLAYER_LOG(3) << "COMMON_PLATFORM_WIN SetStyleSheetByFile Loading Failed,Path = " << qstrPath;
 }
 
 void MainWindow::CreateRenderSurface()
@@ -281,10 +280,9 @@ void MainWindow::SlotContinuePlay(QString _qstrFilePath, long _lStartTime)
     m_pClipCut->SetFile(_qstrFilePath, iTotalTime);
 
     // A total of 0 (a file too short to count) has nothing to seek into.
-    m_iPendingSeek =
-        iTotalTime > 0
-            ? static_cast<int>(std::ceil(static_cast<double>(iStartTime) / iTotalTime * 100))
-            : 0;
+    m_iPendingSeek = iTotalTime > 0
+                         ? static_cast<int>(std::ceil(static_cast<double>(iStartTime) / iTotalTime * 100))
+                         : 0;
     m_pControlBar->SetPlaySliderValue(m_iPendingSeek);
     m_pControlBar->SetPlaybackControlsEnabled(true);
     RefreshDisplay();
@@ -337,8 +335,7 @@ void MainWindow::SlotStopVideo(bool _blIsVideoEnd)
             m_pVideoPlayControl->GetPlayedTime(iPlayedTime) && iPlayedTime >= 0)
             m_iPlayedTime = iPlayedTime;
         DisconnectControl();
-        if (!m_pVideoPlayControl->Stop())
-            PLAYER_LOG(3) << "MainWindow::SlotStopVideo Video Stoped Error";
+        if (!m_pVideoPlayControl->Stop()) PLAYER_LOG(3) << "MainWindow::SlotStopVideo Video Stoped Error";
         delete m_pVideoPlayControl;
         m_pVideoPlayControl = nullptr;
         if (!m_blGLRendering && m_pRenderWgt) m_pRenderWgt->setUpdatesEnabled(true);
@@ -395,8 +392,8 @@ void MainWindow::SlotShowHistroyLog()
 void MainWindow::PlaceHistroyList()
 {
     const QRect rectVideo = ui->openGLWgt->geometry();
-    m_pHistroyList->setGeometry(rectVideo.x() + rectVideo.width() - kHistroyListWidth,
-                                rectVideo.y(), m_pHistroyList->width(), rectVideo.height());
+    m_pHistroyList->setGeometry(rectVideo.x() + rectVideo.width() - kHistroyListWidth, rectVideo.y(),
+                                m_pHistroyList->width(), rectVideo.height());
 }
 
 bool MainWindow::eventFilter(QObject* _pWatched, QEvent* _pEvent)
@@ -610,8 +607,7 @@ void MainWindow::AskPassword(qlonglong _qi64PlayHandle)
     // key goes nowhere, also when another file has been opened since.
     QPointer<CLS_VideoPlayControl> pAskingControl(m_pVideoPlayControl);
     CLS_MsgBoxRequest::Show(
-        stRequest, this,
-        [this, _qi64PlayHandle, pAskingControl](int _iButton, QString& _qstrInput) {
+        stRequest, this, [this, _qi64PlayHandle, pAskingControl](int _iButton, QString& _qstrInput) {
             if (_iButton != CLS_MsgBoxRequest::kButtonOk) return;
             if (!pAskingControl || pAskingControl != m_pVideoPlayControl) return;
             if (_qstrInput.isEmpty()) {
