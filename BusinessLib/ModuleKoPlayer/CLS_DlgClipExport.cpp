@@ -50,6 +50,7 @@ CLS_DlgClipExport::CLS_DlgClipExport(const QString& _qstrSource, bool _blSourceS
 
     m_pTarget = new QLineEdit(this);
     m_pTarget->setObjectName(QStringLiteral("lineEdit_exportTarget"));
+    m_pTarget->setMinimumWidth(360);
     auto* pBrowse = new QPushButton(tr("btn_browse"), this);
     pBrowse->setObjectName(QStringLiteral("pushButton_exportBrowse"));
     auto* pTargetRow = new QHBoxLayout;

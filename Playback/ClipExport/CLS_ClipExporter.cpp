@@ -371,6 +371,10 @@ private:
                                              m_source.Format()->streams[m_iVideo]->time_base);
             _pPacket->pts -= i64Origin;
             _pPacket->dts -= i64Origin;
+            if (SkipToStart(i64Origin)) {
+                m_vecGop.clear();
+                return std::nullopt;
+            }
         }
         const std::int64_t i64PtsUs = line.ToMicroseconds(_pPacket->pts);
         const std::int64_t i64DtsUs = line.ToMicroseconds(_pPacket->dts);
@@ -417,6 +421,38 @@ private:
         }
         m_vecHeld.push_back(std::move(_pPacket));
         return std::nullopt;
+    }
+
+    // Where the container indexes every keyframe and the index shows no
+    // join, the stream's clock is the line: the demuxer can go straight to
+    // the keyframe at or before the start instead of reading up to it.
+    bool SkipToStart(std::int64_t _i64Origin)
+    {
+        AVFormatContext* pIn = m_source.Format();
+        AVStream* pVideo = pIn->streams[m_iVideo];
+        const int iEntries = avformat_index_get_entries_count(pVideo);
+        // Program and transport streams index only what has been read, and
+        // their clocks are the ones that jump.
+        if (m_i64StartUs <= 0 || iEntries < 2 ||
+            (pIn->iformat->flags & (AVFMT_TS_DISCONT | AVFMT_GENERIC_INDEX)))
+            return false;
+        const CLS_PacketLine& line = StreamOf(m_iVideo)->m_line;
+        for (int i = 1; i < iEntries; ++i) {
+            const AVIndexEntry* pPrevious = avformat_index_get_entry(pVideo, i - 1);
+            const AVIndexEntry* pEntry = avformat_index_get_entry(pVideo, i);
+            if (!pPrevious || !pEntry || line.IsJump(pPrevious->timestamp, pEntry->timestamp))
+                return false;
+        }
+        // The index holds decode times, which run ahead of presentation
+        // times by the reordering: aim early enough to land on a keyframe
+        // shown at or before the start; the packets read then find it.
+        const std::int64_t i64Target =
+            _i64Origin +
+            av_rescale_q(std::max<std::int64_t>(0, m_i64StartUs - kReorderUs), kMicroseconds,
+                         pVideo->time_base);
+        if (av_seek_frame(pIn, m_iVideo, i64Target, AVSEEK_FLAG_BACKWARD) < 0) return false;
+        for (ST_Stream& stStream : m_vecOut) stStream.m_line.Restart();
+        return true;
     }
 
     std::optional<ST_ClipOutcome> TakeAudio(ST_Stream& _stStream, PacketPtr& _pPacket)

@@ -53,6 +53,11 @@ bool CLS_PacketLine::Place(AVPacket* _pPacket)
     return blHadPts;
 }
 
+bool CLS_PacketLine::IsJump(std::int64_t _i64Previous, std::int64_t _i64Next) const
+{
+    return _i64Next - _i64Previous > m_i64JumpTicks || _i64Next < _i64Previous - m_i64BackTicks;
+}
+
 std::int64_t CLS_PacketLine::ToMicroseconds(std::int64_t _i64Line) const
 {
     return av_rescale_q(_i64Line, m_stTimeBase, AVRational{1, AV_TIME_BASE});

@@ -31,6 +31,11 @@ public:
     // no pts and its pts is a guess (the decode time).
     bool Place(AVPacket* _pPacket);
 
+    // A step between neighbouring packets that only a join explains.
+    bool IsJump(std::int64_t _i64Previous, std::int64_t _i64Next) const;
+    // After a seek: the next packet continues the line without a join.
+    void Restart() { m_blHaveLast = false; }
+
     // Line time of a stream time stamp, in microseconds.
     std::int64_t ToMicroseconds(std::int64_t _i64Line) const;
 

@@ -171,6 +171,7 @@ void TestClipExport::clipHoldsTheMarkedPictures_data()
     // Picture n is at n/25 s; keyframes at multiples of 10.
     QTest::newRow("mp4, start between keyframes")
         << "clip.mp4" << CLIP_FORMAT_MP4 << 1000 << 3000 << 20 << false;
+    QTest::newRow("mp4, start just before a keyframe") << "clip.mp4" << CLIP_FORMAT_MP4 << 3990 << 4400 << 90 << false;
     QTest::newRow("mp4, start on a keyframe")
         << "clip.mp4" << CLIP_FORMAT_MP4 << 2000 << 2400 << 50 << false;
     QTest::newRow("sealed in, sealed out")
