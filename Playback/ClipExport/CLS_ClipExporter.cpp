@@ -178,22 +178,9 @@ private:
     static std::int64_t Seek(void* _pOpaque, std::int64_t _i64Offset, int _iWhence)
     {
         auto* pThis = static_cast<CLS_Target*>(_pOpaque);
-        std::int64_t i64Target = 0;
-        switch (_iWhence & ~AVSEEK_FORCE) {
-            case AVSEEK_SIZE:
-                return pThis->m_i64Size;
-            case SEEK_SET:
-                i64Target = _i64Offset;
-                break;
-            case SEEK_CUR:
-                i64Target = pThis->m_i64Pos + _i64Offset;
-                break;
-            case SEEK_END:
-                i64Target = pThis->m_i64Size + _i64Offset;
-                break;
-            default:
-                return AVERROR(EINVAL);
-        }
+        const std::int64_t i64Target =
+            CLS_SdvIoContext::SeekTarget(pThis->m_i64Pos, pThis->m_i64Size, _i64Offset, _iWhence);
+        if (i64Target < 0 || (_iWhence & ~AVSEEK_FORCE) == AVSEEK_SIZE) return i64Target;
         if (!pThis->m_pFile->Seek(i64Target)) return AVERROR(EIO);
         pThis->m_i64Pos = i64Target;
         return i64Target;
@@ -447,11 +434,11 @@ private:
         // times by the reordering: aim early enough to land on a keyframe
         // shown at or before the start; the packets read then find it.
         const std::int64_t i64Target =
-            _i64Origin +
-            av_rescale_q(std::max<std::int64_t>(0, m_i64StartUs - kReorderUs), kMicroseconds,
-                         pVideo->time_base);
+            _i64Origin + av_rescale_q(std::max<std::int64_t>(0, m_i64StartUs - kReorderUs),
+                                      kMicroseconds, pVideo->time_base);
         if (av_seek_frame(pIn, m_iVideo, i64Target, AVSEEK_FLAG_BACKWARD) < 0) return false;
-        for (ST_Stream& stStream : m_vecOut) stStream.m_line.Restart();
+        for (ST_Stream& stStream : m_vecOut)
+            stStream.m_line.Restart();
         return true;
     }
 
