@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -539,6 +540,10 @@ ST_ClipOutcome CLS_ClipExporter::Run(const ST_ClipRequest& _stRequest,
         return Failure(CLIP_EMPTY_RANGE, "the stretch is empty");
     if (_stRequest.m_emFormat == CLIP_FORMAT_SDV && _stRequest.m_strTargetPassword.empty())
         return Failure(CLIP_PASSWORD_NEEDED, "a sealed clip needs a password");
+    // The rename at the end would put the clip in place of the recording.
+    std::error_code ec;
+    if (std::filesystem::equivalent(_stRequest.m_strSource, _stRequest.m_strTarget, ec))
+        return Failure(CLIP_WRITE_FAILED, _stRequest.m_strTarget + ": that is the source itself");
     av_log_set_level(AV_LOG_QUIET);
     CLS_Source source;
     if (std::optional<ST_ClipOutcome> stFailed =

@@ -1,5 +1,6 @@
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -171,7 +172,8 @@ void TestClipExport::clipHoldsTheMarkedPictures_data()
     // Picture n is at n/25 s; keyframes at multiples of 10.
     QTest::newRow("mp4, start between keyframes")
         << "clip.mp4" << CLIP_FORMAT_MP4 << 1000 << 3000 << 20 << false;
-    QTest::newRow("mp4, start just before a keyframe") << "clip.mp4" << CLIP_FORMAT_MP4 << 3990 << 4400 << 90 << false;
+    QTest::newRow("mp4, start just before a keyframe")
+        << "clip.mp4" << CLIP_FORMAT_MP4 << 3990 << 4400 << 90 << false;
     QTest::newRow("mp4, start on a keyframe")
         << "clip.mp4" << CLIP_FORMAT_MP4 << 2000 << 2400 << 50 << false;
     QTest::newRow("sealed in, sealed out")
@@ -247,6 +249,9 @@ void TestClipExport::failedOrCancelledExportLeavesNothing_data()
     QTest::newRow("folder missing")
         << "clip.mp4"
         << "no/such/out.mp4" << QByteArray() << false << CLIP_WRITE_FAILED;
+    QTest::newRow("over its own source")
+        << "clip.mp4"
+        << "./clip.mp4" << QByteArray() << false << CLIP_WRITE_FAILED;
     QTest::newRow("past the end") << "clip.mp4"
                                   << "out.mp4" << QByteArray() << false << CLIP_EMPTY_RANGE;
 }
@@ -267,12 +272,14 @@ void TestClipExport::failedOrCancelledExportLeavesNothing()
     stRequest.m_emFormat = target.endsWith(".sdv") ? CLIP_FORMAT_SDV : CLIP_FORMAT_MP4;
     stRequest.m_strSourcePassword = sourcePassword.toStdString();
     stRequest.m_strTargetPassword = kClipPassword.toStdString();
+    const qint64 i64SourceSize = QFileInfo(Path(source)).size();
     // Cancelled once some of the clip has been written.
     std::atomic<bool> blCancel{false};
     const ST_ClipOutcome stOutcome = CLS_ClipExporter::Run(
         stRequest, [&](double _dShare) { blCancel = cancel && _dShare > 0.3; }, &blCancel);
     QCOMPARE(stOutcome.m_emResult, result);
     QCOMPARE(Leftovers(), QStringList());
+    QCOMPARE(QFileInfo(Path(source)).size(), i64SourceSize);
     QVERIFY(!stOutcome.m_strMessage.empty());
     QVERIFY(stOutcome.m_strMessage.find(sourcePassword.toStdString().empty()
                                             ? "\x01"
