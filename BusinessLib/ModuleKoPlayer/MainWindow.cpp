@@ -1,10 +1,12 @@
 #include "MainWindow.h"
 
+#include "CLS_ClipCutController.h"
 #include "CLS_GLWgtLibLoader.h"
 #include "CLS_MsgBoxRequest.h"
 #include "CLS_VideoPlayControl.h"
 #include "CLS_WgtHistroyList.h"
 #include "CLS_WgtPlayerControlBar.h"
+#include "CLS_WgtPlayerSlider.h"
 #include "FixedSkinFile.h"
 #include "I_AppSignals.h"
 #include "KoServices.h"
@@ -94,6 +96,18 @@ MainWindow::MainWindow(QWidget* _pParent) : QMainWindow(_pParent), ui(new Ui::Ma
     connect(this, &MainWindow::SignNormalSpeed, this, &MainWindow::SlotSetNormalSpeed);
     setWindowTitle(QStringLiteral("Player"));
     MakeConnections();
+
+    // Cut marks and the clip export: shortcuts on this window, entries in
+    // the video area's context menu, notices in the control bar.
+    m_pClipCut = new CLS_ClipCutController(
+        this, m_pControlBar->findChild<CLS_WgtPlayerSlider*>(QStringLiteral("slider_Play")),
+        [this](int& _iPlayed) {
+            return m_pVideoPlayControl && m_pVideoPlayControl->GetPlayedTime(_iPlayed);
+        },
+        this);
+    m_pClipCut->AttachContextMenu(ui->openGLWgt);
+    connect(m_pClipCut, &CLS_ClipCutController::SignNotice, m_pControlBar,
+            &CLS_WgtPlayerControlBar::SetExceptionInfo);
 }
 
 MainWindow::~MainWindow()
@@ -263,6 +277,7 @@ void MainWindow::SlotContinuePlay(QString _qstrFilePath, long _lStartTime)
     const int iDot = qstrFileName.lastIndexOf(QLatin1Char('.'));
     ui->label_videoname->setText(iDot < 0 ? qstrFileName : qstrFileName.left(iDot));
     m_pControlBar->SetTotalTime(iTotalTime);
+    m_pClipCut->SetFile(_qstrFilePath, iTotalTime);
 
     // A total of 0 (a file too short to count) has nothing to seek into.
     m_iPendingSeek = iTotalTime > 0

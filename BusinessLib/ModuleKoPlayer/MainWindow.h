@@ -6,6 +6,7 @@
 #include <QTranslator>
 #include <QVariantMap>
 
+class CLS_ClipCutController;
 class CLS_VideoPlayControl;
 class CLS_WgtHistroyList;
 class CLS_WgtPlayerControlBar;
@@ -116,4 +117,5 @@ private:
     bool m_blResume = false;
     int m_iPendingSeek = 0;
     bool m_blStepMode = false;
+    CLS_ClipCutController* m_pClipCut = nullptr;
 };

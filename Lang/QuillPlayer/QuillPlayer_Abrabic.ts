@@ -2,8 +2,154 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ar" sourcelanguage="en">
 <context>
+    <name>CLS_ClipCutController</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <source>msg_export_need_marks</source>
+        <translation>عيّن العلامتين أولاً</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>lab_exporting</source>
+        <translation>جارٍ تصدير المقطع...</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>btn_cancel</source>
+        <translation>إلغاء</translation>
+    </message>
+    <message>
+        <location line="-146"/>
+        <location line="+148"/>
+        <source>lab_export_clip</source>
+        <translation>تصدير مقطع</translation>
+    </message>
+    <message>
+        <location line="-155"/>
+        <source>lab_set_first_mark</source>
+        <translation>تعيين العلامة الأولى</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_set_second_mark</source>
+        <translation>تعيين العلامة الثانية</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>lab_clear_marks</source>
+        <translation>مسح العلامات</translation>
+    </message>
+    <message>
+        <location line="+169"/>
+        <source>msg_export_done_silent</source>
+        <translation>تم حفظ المقطع بدون صوت: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>msg_export_done</source>
+        <translation>تم حفظ المقطع: %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_cancelled</source>
+        <translation>تم إلغاء التصدير</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_export_wrong_password</source>
+        <translation>كلمة مرور خاطئة</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_empty</source>
+        <translation>لا يوجد ما يُصدَّر بين العلامتين</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_failed</source>
+        <translation>تعذرت كتابة %1</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_DlgClipExport</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgClipExport.cpp" line="+42"/>
+        <source>lab_export_clip</source>
+        <translation>تصدير مقطع</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>lab_export_mp4</source>
+        <translation>فيديو MP4</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_sdv</source>
+        <translation>SDV مختوم (كلمة مرور)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_format</source>
+        <translation>التنسيق</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>btn_browse</source>
+        <translation>استعراض...</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+72"/>
+        <source>lab_export_target</source>
+        <translation>حفظ باسم</translation>
+    </message>
+    <message>
+        <location line="-68"/>
+        <source>lab_password</source>
+        <translation>كلمة المرور</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_password_again</source>
+        <translation>تأكيد كلمة المرور</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_source_password</source>
+        <translation>كلمة مرور هذا الفيديو</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>btn_ok</source>
+        <translation>موافق</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>btn_cancel</source>
+        <translation>إلغاء</translation>
+    </message>
+    <message>
+        <location line="+65"/>
+        <location line="+2"/>
+        <source>msg_export_no_target</source>
+        <translation>اختر ملفًا للحفظ</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+3"/>
+        <source>msg_password_empty</source>
+        <translation>أدخل كلمة مرور</translation>
+    </message>
+    <message>
+        <location line="-2"/>
+        <source>msg_password_mismatch</source>
+        <translation>كلمتا المرور غير متطابقتين</translation>
+    </message>
+</context>
+<context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>مشغل Quill</translation>
     </message>
@@ -29,22 +175,22 @@
         <translation>نموذج</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>سجل التشغيل</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>تنبيه</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>ملف الفيديو لم يعد موجودًا. هل تريد إزالته من سجل التشغيل؟</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>ملف الفيديو غير موجود.</translation>
     </message>
@@ -199,6 +345,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>نموذج</translation>
     </message>
@@ -235,50 +382,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
         <source>lab_open_video</source>
         <translation>فتح فيديو</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>ملفات الفيديو </translation>
     </message>
     <message>
+        <location line="+229"/>
         <source>lab_notice</source>
         <translation>تنبيه</translation>
     </message>
     <message>
+        <location line="-175"/>
         <source>lab_error_getvideotime</source>
         <translation>تعذّرت قراءة مدة الفيديو.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>مسار الفيديو فارغ.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>فشل تشغيل الفيديو.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>وقت البدء غير صالح، سيتم التشغيل من البداية.</translation>
     </message>
     <message>
+        <location line="+248"/>
         <source>msg_function_notallow</source>
         <translation>هذه الوظيفة غير متاحة لهذا الفيديو.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>فيديو مشفّر</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>أدخل كلمة المرور لهذا الفيديو.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>فشل فك التشفير</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>كلمة المرور غير صحيحة. هل تريد إعادة المحاولة؟</translation>
     </message>

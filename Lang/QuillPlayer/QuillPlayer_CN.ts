@@ -2,8 +2,154 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>CLS_ClipCutController</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <source>msg_export_need_marks</source>
+        <translation>请先设置两个标记</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>lab_exporting</source>
+        <translation>正在导出片段...</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>btn_cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <location line="-146"/>
+        <location line="+148"/>
+        <source>lab_export_clip</source>
+        <translation>导出片段</translation>
+    </message>
+    <message>
+        <location line="-155"/>
+        <source>lab_set_first_mark</source>
+        <translation>设置起始标记</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_set_second_mark</source>
+        <translation>设置结束标记</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>lab_clear_marks</source>
+        <translation>清除标记</translation>
+    </message>
+    <message>
+        <location line="+169"/>
+        <source>msg_export_done_silent</source>
+        <translation>片段已保存（无声音）：%1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>msg_export_done</source>
+        <translation>片段已保存：%1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_cancelled</source>
+        <translation>导出已取消</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_export_wrong_password</source>
+        <translation>密码错误</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_empty</source>
+        <translation>标记之间没有可导出的内容</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_failed</source>
+        <translation>无法写入 %1</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_DlgClipExport</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgClipExport.cpp" line="+42"/>
+        <source>lab_export_clip</source>
+        <translation>导出片段</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>lab_export_mp4</source>
+        <translation>MP4 视频</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_sdv</source>
+        <translation>加密 SDV（密码）</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_format</source>
+        <translation>格式</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>btn_browse</source>
+        <translation>浏览...</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+72"/>
+        <source>lab_export_target</source>
+        <translation>另存为</translation>
+    </message>
+    <message>
+        <location line="-68"/>
+        <source>lab_password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_password_again</source>
+        <translation>再次输入密码</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_source_password</source>
+        <translation>此视频的密码</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>btn_ok</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>btn_cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <location line="+65"/>
+        <location line="+2"/>
+        <source>msg_export_no_target</source>
+        <translation>请选择保存的文件</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+3"/>
+        <source>msg_password_empty</source>
+        <translation>请输入密码</translation>
+    </message>
+    <message>
+        <location line="-2"/>
+        <source>msg_password_mismatch</source>
+        <translation>两次输入的密码不一致</translation>
+    </message>
+</context>
+<context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>Quill 播放器</translation>
     </message>
@@ -29,22 +175,22 @@
         <translation>窗体</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>播放历史</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>提示</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>该视频文件已不存在，是否从播放历史中删除？</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>视频文件不存在。</translation>
     </message>
@@ -199,6 +345,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>窗体</translation>
     </message>
@@ -235,50 +382,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
         <source>lab_open_video</source>
         <translation>打开视频</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>视频文件 </translation>
     </message>
     <message>
+        <location line="+229"/>
         <source>lab_notice</source>
         <translation>提示</translation>
     </message>
     <message>
+        <location line="-175"/>
         <source>lab_error_getvideotime</source>
         <translation>无法获取视频时长。</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>视频路径为空。</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>视频播放失败。</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>起始时间无效，将从头播放。</translation>
     </message>
     <message>
+        <location line="+248"/>
         <source>msg_function_notallow</source>
         <translation>该视频不支持此功能。</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>加密视频</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>请输入该视频的密码。</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>解密失败</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>密码错误，是否重试？</translation>
     </message>

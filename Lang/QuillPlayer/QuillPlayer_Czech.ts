@@ -2,8 +2,154 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="cs" sourcelanguage="en">
 <context>
+    <name>CLS_ClipCutController</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <source>msg_export_need_marks</source>
+        <translation>Nejprve nastavte obě značky</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>lab_exporting</source>
+        <translation>Exportuje se klip...</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>btn_cancel</source>
+        <translation>Zrušit</translation>
+    </message>
+    <message>
+        <location line="-146"/>
+        <location line="+148"/>
+        <source>lab_export_clip</source>
+        <translation>Exportovat klip</translation>
+    </message>
+    <message>
+        <location line="-155"/>
+        <source>lab_set_first_mark</source>
+        <translation>Nastavit první značku</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_set_second_mark</source>
+        <translation>Nastavit druhou značku</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>lab_clear_marks</source>
+        <translation>Smazat značky</translation>
+    </message>
+    <message>
+        <location line="+169"/>
+        <source>msg_export_done_silent</source>
+        <translation>Klip uložen bez zvuku: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>msg_export_done</source>
+        <translation>Klip uložen: %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_cancelled</source>
+        <translation>Export zrušen</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_export_wrong_password</source>
+        <translation>Nesprávné heslo</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_empty</source>
+        <translation>Mezi značkami není co exportovat</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_failed</source>
+        <translation>Nelze zapsat %1</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_DlgClipExport</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgClipExport.cpp" line="+42"/>
+        <source>lab_export_clip</source>
+        <translation>Exportovat klip</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>lab_export_mp4</source>
+        <translation>Video MP4</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_sdv</source>
+        <translation>Zapečetěné SDV (heslo)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_format</source>
+        <translation>Formát</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>btn_browse</source>
+        <translation>Procházet...</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+72"/>
+        <source>lab_export_target</source>
+        <translation>Uložit jako</translation>
+    </message>
+    <message>
+        <location line="-68"/>
+        <source>lab_password</source>
+        <translation>Heslo</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_password_again</source>
+        <translation>Heslo znovu</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_source_password</source>
+        <translation>Heslo tohoto videa</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>btn_cancel</source>
+        <translation>Zrušit</translation>
+    </message>
+    <message>
+        <location line="+65"/>
+        <location line="+2"/>
+        <source>msg_export_no_target</source>
+        <translation>Vyberte soubor pro uložení</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+3"/>
+        <source>msg_password_empty</source>
+        <translation>Zadejte heslo</translation>
+    </message>
+    <message>
+        <location line="-2"/>
+        <source>msg_password_mismatch</source>
+        <translation>Hesla se neshodují</translation>
+    </message>
+</context>
+<context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>Přehrávač Quill</translation>
     </message>
@@ -29,22 +175,22 @@
         <translation>Formulář</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>Historie přehrávání</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>Upozornění</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>Videosoubor již neexistuje. Odebrat jej z historie přehrávání?</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>Videosoubor neexistuje.</translation>
     </message>
@@ -199,6 +345,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>Formulář</translation>
     </message>
@@ -235,50 +382,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
         <source>lab_open_video</source>
         <translation>Otevřít video</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>Videosoubory </translation>
     </message>
     <message>
+        <location line="+229"/>
         <source>lab_notice</source>
         <translation>Upozornění</translation>
     </message>
     <message>
+        <location line="-175"/>
         <source>lab_error_getvideotime</source>
         <translation>Nelze zjistit délku videa.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>Cesta k videu je prázdná.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>Video se nepodařilo přehrát.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>Neplatný čas začátku, přehrává se od začátku.</translation>
     </message>
     <message>
+        <location line="+248"/>
         <source>msg_function_notallow</source>
         <translation>Tato funkce není pro toto video k dispozici.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>Šifrované video</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>Zadejte heslo k tomuto videu.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>Dešifrování se nezdařilo</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>Nesprávné heslo. Zkusit znovu?</translation>
     </message>

@@ -2,8 +2,154 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>CLS_ClipCutController</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <source>msg_export_need_marks</source>
+        <translation>Zuerst beide Marken setzen</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>lab_exporting</source>
+        <translation>Clip wird exportiert...</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>btn_cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <location line="-146"/>
+        <location line="+148"/>
+        <source>lab_export_clip</source>
+        <translation>Clip exportieren</translation>
+    </message>
+    <message>
+        <location line="-155"/>
+        <source>lab_set_first_mark</source>
+        <translation>Erste Marke setzen</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_set_second_mark</source>
+        <translation>Zweite Marke setzen</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>lab_clear_marks</source>
+        <translation>Marken löschen</translation>
+    </message>
+    <message>
+        <location line="+169"/>
+        <source>msg_export_done_silent</source>
+        <translation>Clip ohne Ton gespeichert: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>msg_export_done</source>
+        <translation>Clip gespeichert: %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_cancelled</source>
+        <translation>Export abgebrochen</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_export_wrong_password</source>
+        <translation>Falsches Passwort</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_empty</source>
+        <translation>Zwischen den Marken gibt es nichts zu exportieren</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_failed</source>
+        <translation>%1 konnte nicht geschrieben werden</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_DlgClipExport</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgClipExport.cpp" line="+42"/>
+        <source>lab_export_clip</source>
+        <translation>Clip exportieren</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>lab_export_mp4</source>
+        <translation>MP4-Video</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_sdv</source>
+        <translation>Versiegeltes SDV (Passwort)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>btn_browse</source>
+        <translation>Durchsuchen...</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+72"/>
+        <source>lab_export_target</source>
+        <translation>Speichern unter</translation>
+    </message>
+    <message>
+        <location line="-68"/>
+        <source>lab_password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_password_again</source>
+        <translation>Passwort wiederholen</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_source_password</source>
+        <translation>Passwort dieses Videos</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>btn_cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <location line="+65"/>
+        <location line="+2"/>
+        <source>msg_export_no_target</source>
+        <translation>Datei zum Speichern wählen</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+3"/>
+        <source>msg_password_empty</source>
+        <translation>Passwort eingeben</translation>
+    </message>
+    <message>
+        <location line="-2"/>
+        <source>msg_password_mismatch</source>
+        <translation>Die Passwörter stimmen nicht überein</translation>
+    </message>
+</context>
+<context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>Quill-Player</translation>
     </message>
@@ -29,22 +175,22 @@
         <translation>Formular</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>Wiedergabeverlauf</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>Hinweis</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>Die Videodatei existiert nicht mehr. Aus dem Wiedergabeverlauf entfernen?</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>Die Videodatei existiert nicht.</translation>
     </message>
@@ -199,6 +345,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>Formular</translation>
     </message>
@@ -235,50 +382,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
         <source>lab_open_video</source>
         <translation>Video öffnen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>Videodateien </translation>
     </message>
     <message>
+        <location line="+229"/>
         <source>lab_notice</source>
         <translation>Hinweis</translation>
     </message>
     <message>
+        <location line="-175"/>
         <source>lab_error_getvideotime</source>
         <translation>Die Videodauer kann nicht gelesen werden.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>Der Videopfad ist leer.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>Das Video konnte nicht abgespielt werden.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>Ungültige Startzeit, Wiedergabe von Anfang an.</translation>
     </message>
     <message>
+        <location line="+248"/>
         <source>msg_function_notallow</source>
         <translation>Diese Funktion ist für dieses Video nicht verfügbar.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>Verschlüsseltes Video</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>Geben Sie das Passwort für dieses Video ein.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>Entschlüsselung fehlgeschlagen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>Falsches Passwort. Erneut versuchen?</translation>
     </message>

@@ -2,8 +2,154 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="nl" sourcelanguage="en">
 <context>
+    <name>CLS_ClipCutController</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <source>msg_export_need_marks</source>
+        <translation>Zet eerst beide markeringen</translation>
+    </message>
+    <message>
+        <location line="+12"/>
+        <source>lab_exporting</source>
+        <translation>Fragment wordt geëxporteerd...</translation>
+    </message>
+    <message>
+        <location line="+0"/>
+        <source>btn_cancel</source>
+        <translation>Annuleren</translation>
+    </message>
+    <message>
+        <location line="-146"/>
+        <location line="+148"/>
+        <source>lab_export_clip</source>
+        <translation>Fragment exporteren</translation>
+    </message>
+    <message>
+        <location line="-155"/>
+        <source>lab_set_first_mark</source>
+        <translation>Eerste markering zetten</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_set_second_mark</source>
+        <translation>Tweede markering zetten</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <source>lab_clear_marks</source>
+        <translation>Markeringen wissen</translation>
+    </message>
+    <message>
+        <location line="+169"/>
+        <source>msg_export_done_silent</source>
+        <translation>Fragment zonder geluid opgeslagen: %1</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>msg_export_done</source>
+        <translation>Fragment opgeslagen: %1</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_cancelled</source>
+        <translation>Export geannuleerd</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_export_wrong_password</source>
+        <translation>Onjuist wachtwoord</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_empty</source>
+        <translation>Niets te exporteren tussen de markeringen</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>msg_export_failed</source>
+        <translation>Kan %1 niet schrijven</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_DlgClipExport</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgClipExport.cpp" line="+42"/>
+        <source>lab_export_clip</source>
+        <translation>Fragment exporteren</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>lab_export_mp4</source>
+        <translation>MP4-video</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_sdv</source>
+        <translation>Verzegelde SDV (wachtwoord)</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_export_format</source>
+        <translation>Formaat</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>btn_browse</source>
+        <translation>Bladeren...</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <location line="+72"/>
+        <source>lab_export_target</source>
+        <translation>Opslaan als</translation>
+    </message>
+    <message>
+        <location line="-68"/>
+        <source>lab_password</source>
+        <translation>Wachtwoord</translation>
+    </message>
+    <message>
+        <location line="+1"/>
+        <source>lab_password_again</source>
+        <translation>Wachtwoord herhalen</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>lab_source_password</source>
+        <translation>Wachtwoord van deze video</translation>
+    </message>
+    <message>
+        <location line="+5"/>
+        <source>btn_ok</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <location line="+3"/>
+        <source>btn_cancel</source>
+        <translation>Annuleren</translation>
+    </message>
+    <message>
+        <location line="+65"/>
+        <location line="+2"/>
+        <source>msg_export_no_target</source>
+        <translation>Kies een bestand om in op te slaan</translation>
+    </message>
+    <message>
+        <location line="+2"/>
+        <location line="+3"/>
+        <source>msg_password_empty</source>
+        <translation>Voer een wachtwoord in</translation>
+    </message>
+    <message>
+        <location line="-2"/>
+        <source>msg_password_mismatch</source>
+        <translation>De wachtwoorden komen niet overeen</translation>
+    </message>
+</context>
+<context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>Quill-speler</translation>
     </message>
@@ -29,22 +175,22 @@
         <translation>Formulier</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>Afspeelgeschiedenis</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>Melding</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>Het videobestand bestaat niet meer. Uit de afspeelgeschiedenis verwijderen?</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>Het videobestand bestaat niet.</translation>
     </message>
@@ -199,6 +345,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>Formulier</translation>
     </message>
@@ -235,50 +382,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
         <source>lab_open_video</source>
         <translation>Video openen</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>Videobestanden </translation>
     </message>
     <message>
+        <location line="+229"/>
         <source>lab_notice</source>
         <translation>Melding</translation>
     </message>
     <message>
+        <location line="-175"/>
         <source>lab_error_getvideotime</source>
         <translation>Kan de videoduur niet lezen.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>Het videopad is leeg.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>Video afspelen mislukt.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>Ongeldige starttijd, afspelen vanaf het begin.</translation>
     </message>
     <message>
+        <location line="+248"/>
         <source>msg_function_notallow</source>
         <translation>Deze functie is niet beschikbaar voor deze video.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>Versleutelde video</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>Voer het wachtwoord voor deze video in.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>Ontsleutelen mislukt</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>Onjuist wachtwoord. Opnieuw proberen?</translation>
     </message>

@@ -1,18 +1,21 @@
 #include "CLS_SdvTool.h"
 
 #include <openssl/crypto.h>
-#include <openssl/rand.h>
 
+#include <atomic>
 #include <cinttypes>
+#include <cmath>
+#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
 #include <vector>
 
 #include "CLS_AtomicFile.h"
+#include "CLS_ClipExporter.h"
 #include "CLS_PasswordSource.h"
-#include "CLS_SdvChunkCipher.h"
 #include "CLS_SdvReader.h"
+#include "CLS_SdvWriter.h"
 
 extern "C" {
 #include <libavcodec/avcodec.h>
@@ -33,6 +36,20 @@ struct ST_Key
 bool WriteToFile(void* _pFile, const std::uint8_t* _pData, std::size_t _sizeData)
 {
     return static_cast<CLS_AtomicFile*>(_pFile)->Write(_pData, _sizeData);
+}
+
+// Ctrl+C during an export ends it cleanly: the half-written clip is removed.
+std::atomic<bool> g_blCancel{false};
+
+extern "C" void OnInterrupt(int)
+{
+    g_blCancel.store(true);
+}
+
+bool EndsWith(const std::string& _strText, const std::string& _strEnd)
+{
+    return _strText.size() >= _strEnd.size() &&
+           _strText.compare(_strText.size() - _strEnd.size(), _strEnd.size(), _strEnd) == 0;
 }
 
 }  // namespace
@@ -84,45 +101,29 @@ int CLS_SdvTool::Seal(const std::string& _strIn, const std::string& _strOut)
     ST_SdvHeader stHeader;
     std::string strError;
     if (!Probe(_strIn, stHeader, strError)) return Fail(EXIT_DAMAGED, strError);
-    stHeader.m_u64PayloadSize = static_cast<std::uint64_t>(i64Size);
     stHeader.m_i64Created = static_cast<std::int64_t>(std::time(nullptr));
 
-    ST_Key stKey;
-    if (!m_stOptions.m_blPlain) {
+    CLS_SdvWriter stOut(_strOut);
+    bool blOpened = false;
+    if (m_stOptions.m_blPlain) {
+        blOpened = stOut.Open(nullptr, 0);
+    } else {
         CLS_PasswordSource stSource(m_stOptions.m_strPasswordFile);
         CLS_PasswordSource::CLS_Secret stPassword;
         if (!stSource.ReadNew(stPassword, strError)) return Fail(EXIT_USAGE, strError);
-        if (RAND_bytes(stKey.m_arr, sizeof(stKey.m_arr)) != 1 ||
-            RAND_bytes(stHeader.m_arrNoncePrefix.data(), ST_SdvHeader::kPrefixSize) != 1 ||
-            !stHeader.WrapKey(stPassword.Data(), stPassword.Size(), stKey.m_arr))
-            return Fail(EXIT_IO, "cannot make a key");
+        blOpened = stOut.Open(stPassword.Data(), stPassword.Size());
     }
-
-    CLS_AtomicFile stOut(_strOut);
-    if (!stOut.Open()) return Fail(EXIT_IO, _strOut + ": cannot write");
-    const auto arrHeader = stHeader.Serialize();
-    bool blOk = stOut.Write(arrHeader.data(), arrHeader.size());
-    CLS_SdvChunkCipher stCipher(stKey.m_arr, stHeader.m_arrNoncePrefix.data());
-    std::vector<std::uint8_t> vecPlain(ST_SdvHeader::kChunkSize);
-    std::vector<std::uint8_t> vecSealed(ST_SdvHeader::kChunkSize + ST_SdvHeader::kTagSize);
-    const std::uint64_t u64Chunks = stHeader.ChunkCount();
-    for (std::uint64_t u64Index = 0; blOk && u64Index < u64Chunks; ++u64Index) {
-        const std::size_t sizeChunk = static_cast<std::size_t>(std::min<std::uint64_t>(
-            ST_SdvHeader::kChunkSize,
-            stHeader.m_u64PayloadSize - u64Index * ST_SdvHeader::kChunkSize));
-        ifIn.read(reinterpret_cast<char*>(vecPlain.data()),
-                  static_cast<std::streamsize>(sizeChunk));
-        if (ifIn.gcount() != static_cast<std::streamsize>(sizeChunk))
-            return Fail(EXIT_IO, _strIn + ": changed while being read");
-        if (m_stOptions.m_blPlain) {
-            blOk = stOut.Write(vecPlain.data(), sizeChunk);
-            continue;
-        }
-        blOk = stCipher.Seal(static_cast<std::uint32_t>(u64Index), u64Index + 1 == u64Chunks,
-                             vecPlain.data(), sizeChunk, vecSealed.data()) &&
-               stOut.Write(vecSealed.data(), sizeChunk + ST_SdvHeader::kTagSize);
+    if (!blOpened) return Fail(EXIT_IO, _strOut + ": cannot write");
+    std::vector<std::uint8_t> vecBuffer(ST_SdvHeader::kChunkSize);
+    bool blOk = true;
+    while (blOk && ifIn) {
+        ifIn.read(reinterpret_cast<char*>(vecBuffer.data()),
+                  static_cast<std::streamsize>(vecBuffer.size()));
+        blOk = stOut.Write(vecBuffer.data(), static_cast<std::size_t>(ifIn.gcount()));
     }
-    if (!blOk || !stOut.Commit()) return Fail(EXIT_IO, _strOut + ": cannot write");
+    if (blOk && static_cast<std::int64_t>(stOut.Written()) != i64Size)
+        return Fail(EXIT_IO, _strIn + ": changed while being read");
+    if (!blOk || !stOut.Commit(stHeader)) return Fail(EXIT_IO, _strOut + ": cannot write");
     return EXIT_OK;
 }
 
@@ -277,5 +278,62 @@ int CLS_SdvTool::Passwd(const std::string& _strFile)
     }
     if (!blOk || !ifIn.eof() || !stOut.Commit())
         return Fail(EXIT_IO, _strFile + ": cannot rewrite");
+    return EXIT_OK;
+}
+
+int CLS_SdvTool::Export(const std::string& _strIn, const std::string& _strOut, double _dFrom,
+                        double _dTo)
+{
+    using namespace RK_Framework::ClipExport;
+    if (!std::isfinite(_dFrom) || !std::isfinite(_dTo) || _dFrom < 0 || _dTo <= _dFrom)
+        return Fail(EXIT_USAGE, "FROM and TO are seconds, FROM below TO");
+    ST_ClipRequest stRequest;
+    stRequest.m_strSource = _strIn;
+    stRequest.m_strTarget = _strOut;
+    stRequest.m_i64FromMs = std::llround(_dFrom * 1000.0);
+    stRequest.m_i64ToMs = std::llround(_dTo * 1000.0);
+    stRequest.m_emFormat = EndsWith(_strOut, ".sdv") ? CLIP_FORMAT_SDV : CLIP_FORMAT_MP4;
+    std::string strError;
+    {
+        Reader stProbe;
+        if (stProbe.Open(_strIn) == Reader::OPEN_OK && !stProbe.Readable()) {
+            CLS_PasswordSource stSource(m_stOptions.m_strPasswordFile);
+            CLS_PasswordSource::CLS_Secret stPassword;
+            if (!stSource.Read("Password: ", stPassword, strError))
+                return Fail(EXIT_USAGE, strError);
+            stRequest.m_strSourcePassword.assign(stPassword.Data(), stPassword.Size());
+        }
+    }
+    if (stRequest.m_emFormat == CLIP_FORMAT_SDV) {
+        // With one source for both, the clip's password is the next line.
+        CLS_PasswordSource stSource(m_stOptions.m_strNewPasswordFile);
+        CLS_PasswordSource::CLS_Secret stPassword;
+        if (!stSource.ReadNew(stPassword, strError)) return Fail(EXIT_USAGE, strError);
+        stRequest.m_strTargetPassword.assign(stPassword.Data(), stPassword.Size());
+    }
+
+    g_blCancel.store(false);
+    auto* pfnOld = std::signal(SIGINT, &OnInterrupt);
+    const ST_ClipOutcome stOutcome = CLS_ClipExporter::Run(stRequest, nullptr, &g_blCancel);
+    std::signal(SIGINT, pfnOld == SIG_ERR ? SIG_DFL : pfnOld);
+    switch (stOutcome.m_emResult) {
+        case CLIP_OK:
+            break;
+        case CLIP_WRONG_PASSWORD:
+            return Fail(EXIT_WRONG_PASSWORD, stOutcome.m_strMessage);
+        case CLIP_BAD_SOURCE:
+            return Fail(EXIT_DAMAGED, stOutcome.m_strMessage);
+        case CLIP_WRITE_FAILED:
+        case CLIP_CANCELLED:
+            return Fail(EXIT_IO, stOutcome.m_strMessage);
+        case CLIP_PASSWORD_NEEDED:
+        case CLIP_EMPTY_RANGE:
+            return Fail(EXIT_USAGE, stOutcome.m_strMessage);
+    }
+    std::printf("%s: %.3f s to %.3f s of %s%s%s\n", _strOut.c_str(),
+                static_cast<double>(stOutcome.m_i64FirstMs) / 1000.0,
+                static_cast<double>(stOutcome.m_i64EndMs) / 1000.0, _strIn.c_str(),
+                stOutcome.m_blSoundLeftOut ? ", sound left out (MP4 cannot carry it)" : "",
+                stOutcome.m_blCutShort ? ", source ends early (damaged)" : "");
     return EXIT_OK;
 }

@@ -37,6 +37,9 @@ public:
     int Info(const std::string& _strFile);
     int Verify(const std::string& _strFile);
     int Passwd(const std::string& _strFile);
+    // Cuts seconds _dFrom to _dTo of _strIn into _strOut without
+    // re-encoding: a sealed .sdv when _strOut ends in ".sdv", else MP4.
+    int Export(const std::string& _strIn, const std::string& _strOut, double _dFrom, double _dTo);
 
     static int Fail(int _iStatus, const std::string& _strMessage);
 

@@ -1,6 +1,7 @@
 // sdvtool: seals, unseals and inspects .sdv files.
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -15,9 +16,14 @@ constexpr const char* kUsage =
     "       sdvtool info FILE                  show the header (no password needed)\n"
     "       sdvtool [options] verify FILE      check every chunk of FILE\n"
     "       sdvtool [options] passwd FILE      change the password of FILE\n"
+    "       sdvtool [options] export IN OUT FROM TO\n"
+    "                                          cut seconds FROM to TO of IN, counted from\n"
+    "                                          its first picture, into OUT without\n"
+    "                                          re-encoding: sealed when OUT ends in .sdv,\n"
+    "                                          else MP4\n"
     "options:\n"
     "  --password-file F      read the password from the first line of F\n"
-    "  --new-password-file F  passwd: read the new password from F\n"
+    "  --new-password-file F  passwd, export: read the new password from F\n"
     "  --plain                seal: write a plain .sdv (no password, no encryption)\n"
     "Passwords are read from the terminal with echo off, or from standard input\n"
     "(one per line) when it is not a terminal.\n"
@@ -57,9 +63,11 @@ int main(int argc, char** argv)
     }
     if (vecArgs.empty()) return Usage("no command");
     const std::string& strCommand = vecArgs[0];
-    const std::size_t sizeWanted = (strCommand == "seal" || strCommand == "unseal") ? 3 : 2;
+    const std::size_t sizeWanted = strCommand == "export"                             ? 5
+                                   : (strCommand == "seal" || strCommand == "unseal") ? 3
+                                                                                      : 2;
     if (strCommand != "seal" && strCommand != "unseal" && strCommand != "info" &&
-        strCommand != "verify" && strCommand != "passwd")
+        strCommand != "verify" && strCommand != "passwd" && strCommand != "export")
         return Usage(("unknown command " + strCommand).c_str());
     if (vecArgs.size() != sizeWanted) return Usage("wrong number of arguments");
 
@@ -68,5 +76,13 @@ int main(int argc, char** argv)
     if (strCommand == "unseal") return stTool.Unseal(vecArgs[1], vecArgs[2]);
     if (strCommand == "info") return stTool.Info(vecArgs[1]);
     if (strCommand == "verify") return stTool.Verify(vecArgs[1]);
+    if (strCommand == "export") {
+        char* pEnd = nullptr;
+        const double dFrom = std::strtod(vecArgs[3].c_str(), &pEnd);
+        if (*pEnd != '\0') return Usage("FROM is not a number of seconds");
+        const double dTo = std::strtod(vecArgs[4].c_str(), &pEnd);
+        if (*pEnd != '\0') return Usage("TO is not a number of seconds");
+        return stTool.Export(vecArgs[1], vecArgs[2], dFrom, dTo);
+    }
     return stTool.Passwd(vecArgs[1]);
 }

@@ -26,6 +26,12 @@ public:
     // Null when FFmpeg could not allocate it.
     AVIOContext* Context() const { return m_pContext; }
 
+    // What an AVIOContext seek callback answers for a stream at _i64Pos of
+    // _i64Size bytes: the new position (the size itself for AVSEEK_SIZE), or
+    // a negative error for a whence it does not know or a place before 0.
+    static std::int64_t SeekTarget(std::int64_t _i64Pos, std::int64_t _i64Size,
+                                   std::int64_t _i64Offset, int _iWhence);
+
 private:
     static int ReadPacket(void* _pOpaque, std::uint8_t* _pBuffer, int _iSize);
     static std::int64_t Seek(void* _pOpaque, std::int64_t _i64Offset, int _iWhence);

@@ -56,28 +56,34 @@ int CLS_SdvIoContext::ReadPacket(void* _pOpaque, std::uint8_t* _pBuffer, int _iS
     return AVERROR_INVALIDDATA;
 }
 
-std::int64_t CLS_SdvIoContext::Seek(void* _pOpaque, std::int64_t _i64Offset, int _iWhence)
+std::int64_t CLS_SdvIoContext::SeekTarget(std::int64_t _i64Pos, std::int64_t _i64Size,
+                                          std::int64_t _i64Offset, int _iWhence)
 {
-    auto* pThis = static_cast<CLS_SdvIoContext*>(_pOpaque);
-    const std::int64_t i64Size = pThis->m_pReader->Size();
     std::int64_t i64Target = 0;
     switch (_iWhence & ~AVSEEK_FORCE) {
         case AVSEEK_SIZE:
-            return i64Size;
+            return _i64Size;
         case SEEK_SET:
             i64Target = _i64Offset;
             break;
         case SEEK_CUR:
-            i64Target = pThis->m_i64Pos + _i64Offset;
+            i64Target = _i64Pos + _i64Offset;
             break;
         case SEEK_END:
-            i64Target = i64Size + _i64Offset;
+            i64Target = _i64Size + _i64Offset;
             break;
         default:
             return AVERROR(EINVAL);
     }
-    if (i64Target < 0) return AVERROR(EINVAL);
-    pThis->m_i64Pos = i64Target;
+    return i64Target < 0 ? AVERROR(EINVAL) : i64Target;
+}
+
+std::int64_t CLS_SdvIoContext::Seek(void* _pOpaque, std::int64_t _i64Offset, int _iWhence)
+{
+    auto* pThis = static_cast<CLS_SdvIoContext*>(_pOpaque);
+    const std::int64_t i64Target =
+        SeekTarget(pThis->m_i64Pos, pThis->m_pReader->Size(), _i64Offset, _iWhence);
+    if (i64Target >= 0 && (_iWhence & ~AVSEEK_FORCE) != AVSEEK_SIZE) pThis->m_i64Pos = i64Target;
     return i64Target;
 }
 

@@ -18,6 +18,10 @@ public:
 
     bool Open();
     bool Write(const void* _pData, std::size_t _sizeData);
+    // Moves the write position (a muxer patching sizes, a header written
+    // last); false when the file cannot seek there.
+    bool Seek(std::int64_t _i64Pos);
+    std::int64_t Tell();
     bool Commit();
 
 private:

@@ -35,6 +35,18 @@ bool CLS_AtomicFile::Write(const void* _pData, std::size_t _sizeData)
     return static_cast<bool>(m_ofFile);
 }
 
+bool CLS_AtomicFile::Seek(std::int64_t _i64Pos)
+{
+    if (_i64Pos < 0) return false;
+    m_ofFile.seekp(static_cast<std::streamoff>(_i64Pos));
+    return static_cast<bool>(m_ofFile);
+}
+
+std::int64_t CLS_AtomicFile::Tell()
+{
+    return static_cast<std::int64_t>(m_ofFile.tellp());
+}
+
 bool CLS_AtomicFile::Commit()
 {
     m_ofFile.flush();

@@ -1,0 +1,308 @@
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+#include "CLS_ClipExporter.h"
+#include "CLS_SdvIoContext.h"
+#include "CLS_SdvReader.h"
+#include "EngineTestMedia.h"
+#include "QuillTestSupport.h"
+
+extern "C" {
+#include <libavcodec/avcodec.h>
+#include <libavformat/avformat.h>
+}
+
+using namespace RK_Framework::ClipExport;
+using RK_Framework::VideoPlayer::CLS_SdvIoContext;
+using RK_Framework::VideoPlayer::CLS_SdvReader;
+
+Q_DECLARE_METATYPE(RK_Framework::ClipExport::EM_ClipFormat)
+Q_DECLARE_METATYPE(RK_Framework::ClipExport::EM_ClipResult)
+
+namespace {
+
+const QByteArray kSourcePassword = "source secret";
+const QByteArray kClipPassword = "clip secret";
+
+// What a player gets out of a clip: the number every decoded picture
+// carries, in the order shown, and how many pictures failed to decode.
+struct ST_Decoded
+{
+    QVector<int> m_vecNumbers;
+    int m_iPackets = 0;
+    bool m_blOpened = false;
+};
+
+ST_Decoded Decode(const QString& _qstrPath, const QByteArray& _qbaPassword)
+{
+    ST_Decoded stDecoded;
+    std::unique_ptr<CLS_SdvIoContext> pIo;
+    AVFormatContext* pFormat = avformat_alloc_context();
+    auto pReader = std::make_unique<CLS_SdvReader>();
+    if (pReader->Open(_qstrPath.toStdString()) == CLS_SdvReader::OPEN_OK) {
+        if (!pReader->Unlock(_qbaPassword.constData(),
+                             static_cast<std::size_t>(_qbaPassword.size())))
+            return stDecoded;
+        pIo = std::make_unique<CLS_SdvIoContext>(std::move(pReader), _qstrPath.toStdString());
+        pFormat->pb = pIo->Context();
+        pFormat->flags |= AVFMT_FLAG_CUSTOM_IO;
+    }
+    if (avformat_open_input(&pFormat, _qstrPath.toUtf8().constData(), nullptr, nullptr) < 0 ||
+        avformat_find_stream_info(pFormat, nullptr) < 0) {
+        avformat_close_input(&pFormat);
+        return stDecoded;
+    }
+    const AVCodec* pCodec = nullptr;
+    const int iVideo = av_find_best_stream(pFormat, AVMEDIA_TYPE_VIDEO, -1, -1, &pCodec, 0);
+    AVCodecContext* pContext = avcodec_alloc_context3(pCodec);
+    avcodec_parameters_to_context(pContext, pFormat->streams[iVideo]->codecpar);
+    stDecoded.m_blOpened = avcodec_open2(pContext, pCodec, nullptr) == 0;
+    AVPacket* pPacket = av_packet_alloc();
+    AVFrame* pFrame = av_frame_alloc();
+    auto fnDrain = [&]() {
+        while (avcodec_receive_frame(pContext, pFrame) == 0)
+            stDecoded.m_vecNumbers << QuillTest::FrameNumberOf(pFrame);
+    };
+    while (stDecoded.m_blOpened && av_read_frame(pFormat, pPacket) >= 0) {
+        if (pPacket->stream_index == iVideo) {
+            ++stDecoded.m_iPackets;
+            avcodec_send_packet(pContext, pPacket);
+            fnDrain();
+        }
+        av_packet_unref(pPacket);
+    }
+    avcodec_send_packet(pContext, nullptr);
+    fnDrain();
+    av_frame_free(&pFrame);
+    av_packet_free(&pPacket);
+    avcodec_free_context(&pContext);
+    avformat_close_input(&pFormat);
+    return stDecoded;
+}
+
+}  // namespace
+
+class TestClipExport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanup();
+    void clipHoldsTheMarkedPictures_data();
+    void clipHoldsTheMarkedPictures();
+    void failedOrCancelledExportLeavesNothing_data();
+    void failedOrCancelledExportLeavesNothing();
+    void commandLineSealsAClip();
+
+private:
+    QString Path(const QString& _qstrName) const { return m_qtmpDir.filePath(_qstrName); }
+    // Files in the folder other than the clips the tests start from.
+    QStringList Leftovers() const;
+
+    QTemporaryDir m_qtmpDir;
+    QStringList m_qlstSources;
+};
+
+void TestClipExport::initTestCase()
+{
+    QVERIFY(m_qtmpDir.isValid());
+    // 25 pictures a second, a keyframe every 10, two B-frames between.
+    const QStringList qlstX264{"-c:v", "libx264",     "-preset",  "ultrafast",     "-g",
+                               "10",   "-keyint_min", "10",       "-sc_threshold", "0",
+                               "-bf",  "2",           "-pix_fmt", "yuv420p"};
+    auto make = [&](const QString& _qstrName, const QStringList& _qlstAudio,
+                    const QStringList& _qlstFormat, double _dSeconds, int _iFirst) {
+        const QString qstrPath = QuillTest::MakeClip(
+            m_qtmpDir.path(),
+            {_qstrName, qlstX264, _qlstAudio, _qlstFormat, 320, 240, 25, _dSeconds, _iFirst});
+        m_qlstSources << _qstrName;
+        return !qstrPath.isEmpty();
+    };
+    QVERIFY(make("clip.mp4", {"-c:a", "aac"}, {}, 6.0, 0));
+    QVERIFY(make("g711.avi", {"-c:a", "pcm_alaw", "-ar", "8000"}, {}, 4.0, 0));
+    // A recorder's clock hours in; then two recordings joined, the second's
+    // clock an hour on, numbered on across the join.
+    QVERIFY(
+        make("hours.ps", {"-c:a", "mp2"}, {"-output_ts_offset", "36000", "-f", "mpeg"}, 4.0, 0));
+    QVERIFY(make("part1.ps", {}, {"-f", "mpeg"}, 2.0, 0));
+    QVERIFY(make("part2.ps", {}, {"-output_ts_offset", "3600", "-f", "mpeg"}, 2.0, 50));
+    QFile qfJoined(Path("joined.ps"));
+    QVERIFY(qfJoined.open(QIODevice::WriteOnly));
+    for (const char* pPart : {"part1.ps", "part2.ps"}) {
+        QFile qfPart(Path(pPart));
+        QVERIFY(qfPart.open(QIODevice::ReadOnly));
+        qfJoined.write(qfPart.readAll());
+    }
+    qfJoined.close();
+    m_qlstSources << "joined.ps";
+    QCOMPARE(QuillTest::SealClip(Path("clip.mp4"), Path("sealed.sdv"), kSourcePassword), 0);
+    m_qlstSources << "sealed.sdv";
+}
+
+void TestClipExport::cleanup()
+{
+    for (const QString& qstrLeft : Leftovers())
+        QFile::remove(Path(qstrLeft));
+}
+
+QStringList TestClipExport::Leftovers() const
+{
+    QStringList qlstFiles = QDir(m_qtmpDir.path()).entryList(QDir::Files);
+    for (const QString& qstrSource : m_qlstSources)
+        qlstFiles.removeAll(qstrSource);
+    return qlstFiles;
+}
+
+void TestClipExport::clipHoldsTheMarkedPictures_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<EM_ClipFormat>("format");
+    QTest::addColumn<int>("fromMs");
+    QTest::addColumn<int>("toMs");
+    QTest::addColumn<int>("firstPicture");  // the keyframe at or before the start
+    QTest::addColumn<bool>("soundLeftOut");
+
+    // Picture n is at n/25 s; keyframes at multiples of 10.
+    QTest::newRow("mp4, start between keyframes")
+        << "clip.mp4" << CLIP_FORMAT_MP4 << 1000 << 3000 << 20 << false;
+    QTest::newRow("mp4, start just before a keyframe")
+        << "clip.mp4" << CLIP_FORMAT_MP4 << 3990 << 4400 << 90 << false;
+    QTest::newRow("mp4, start on a keyframe")
+        << "clip.mp4" << CLIP_FORMAT_MP4 << 2000 << 2400 << 50 << false;
+    QTest::newRow("sealed in, sealed out")
+        << "sealed.sdv" << CLIP_FORMAT_SDV << 3000 << 6000 << 70 << false;
+    QTest::newRow("G.711 sound stays behind")
+        << "g711.avi" << CLIP_FORMAT_MP4 << 0 << 1000 << 0 << true;
+    QTest::newRow("clock hours in") << "hours.ps" << CLIP_FORMAT_MP4 << 1000 << 2000 << 20 << false;
+    QTest::newRow("across a join") << "joined.ps" << CLIP_FORMAT_SDV << 1000 << 3000 << 20 << false;
+}
+
+void TestClipExport::clipHoldsTheMarkedPictures()
+{
+    QFETCH(QString, source);
+    QFETCH(EM_ClipFormat, format);
+    QFETCH(int, fromMs);
+    QFETCH(int, toMs);
+    QFETCH(int, firstPicture);
+    QFETCH(bool, soundLeftOut);
+
+    ST_ClipRequest stRequest;
+    stRequest.m_strSource = Path(source).toStdString();
+    stRequest.m_strTarget =
+        Path(QStringLiteral("out.") + (format == CLIP_FORMAT_SDV ? "sdv" : "mp4")).toStdString();
+    stRequest.m_i64FromMs = fromMs;
+    stRequest.m_i64ToMs = toMs;
+    stRequest.m_emFormat = format;
+    stRequest.m_strSourcePassword = kSourcePassword.toStdString();
+    stRequest.m_strTargetPassword = kClipPassword.toStdString();
+    double dLastProgress = -1.0;
+    const ST_ClipOutcome stOutcome = CLS_ClipExporter::Run(
+        stRequest, [&](double _dShare) { dLastProgress = _dShare; }, nullptr);
+    QCOMPARE(stOutcome.m_emResult, CLIP_OK);
+    QCOMPARE(stOutcome.m_blSoundLeftOut, soundLeftOut);
+    QCOMPARE(dLastProgress, 1.0);
+    QCOMPARE(Leftovers(),
+             QStringList{QString::fromStdString(stRequest.m_strTarget).section('/', -1)});
+
+    const ST_Decoded stDecoded =
+        Decode(QString::fromStdString(stRequest.m_strTarget), kClipPassword);
+    QVERIFY(stDecoded.m_blOpened);
+    // Every packet of the clip decodes: it plays from its first picture.
+    QCOMPARE(stDecoded.m_vecNumbers.size(), stDecoded.m_iPackets);
+    QCOMPARE(stDecoded.m_vecNumbers.value(0), firstPicture);
+    for (int i = 1; i < stDecoded.m_vecNumbers.size(); ++i)
+        QCOMPARE(stDecoded.m_vecNumbers[i], stDecoded.m_vecNumbers[i - 1] + 1);
+    // The last marked picture is in, and at most the rest of its group of
+    // pictures (where the container has no presentation times to cut by).
+    const int iLastMarked = toMs * 25 / 1000 - 1;
+    QVERIFY2(stDecoded.m_vecNumbers.last() >= iLastMarked &&
+                 stDecoded.m_vecNumbers.last() < (iLastMarked / 10 + 1) * 10,
+             qPrintable(QString::number(stDecoded.m_vecNumbers.last())));
+}
+
+void TestClipExport::failedOrCancelledExportLeavesNothing_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QByteArray>("sourcePassword");
+    QTest::addColumn<bool>("cancel");
+    QTest::addColumn<EM_ClipResult>("result");
+
+    QTest::newRow("cancelled mp4") << "clip.mp4"
+                                   << "out.mp4" << QByteArray() << true << CLIP_CANCELLED;
+    QTest::newRow("cancelled sealed") << "sealed.sdv"
+                                      << "out.sdv" << kSourcePassword << true << CLIP_CANCELLED;
+    QTest::newRow("wrong password")
+        << "sealed.sdv"
+        << "out.mp4" << QByteArray("guess") << false << CLIP_WRONG_PASSWORD;
+    QTest::newRow("no password") << "sealed.sdv"
+                                 << "out.mp4" << QByteArray() << false << CLIP_PASSWORD_NEEDED;
+    QTest::newRow("not a video") << "missing.mp4"
+                                 << "out.mp4" << QByteArray() << false << CLIP_BAD_SOURCE;
+    QTest::newRow("folder missing")
+        << "clip.mp4"
+        << "no/such/out.mp4" << QByteArray() << false << CLIP_WRITE_FAILED;
+    QTest::newRow("over its own source")
+        << "clip.mp4"
+        << "./clip.mp4" << QByteArray() << false << CLIP_WRITE_FAILED;
+    QTest::newRow("past the end") << "clip.mp4"
+                                  << "out.mp4" << QByteArray() << false << CLIP_EMPTY_RANGE;
+}
+
+void TestClipExport::failedOrCancelledExportLeavesNothing()
+{
+    QFETCH(QString, source);
+    QFETCH(QString, target);
+    QFETCH(QByteArray, sourcePassword);
+    QFETCH(bool, cancel);
+    QFETCH(EM_ClipResult, result);
+
+    ST_ClipRequest stRequest;
+    stRequest.m_strSource = Path(source).toStdString();
+    stRequest.m_strTarget = Path(target).toStdString();
+    stRequest.m_i64FromMs = result == CLIP_EMPTY_RANGE ? 60000 : 1000;
+    stRequest.m_i64ToMs = stRequest.m_i64FromMs + 4000;
+    stRequest.m_emFormat = target.endsWith(".sdv") ? CLIP_FORMAT_SDV : CLIP_FORMAT_MP4;
+    stRequest.m_strSourcePassword = sourcePassword.toStdString();
+    stRequest.m_strTargetPassword = kClipPassword.toStdString();
+    const qint64 i64SourceSize = QFileInfo(Path(source)).size();
+    // Cancelled once some of the clip has been written.
+    std::atomic<bool> blCancel{false};
+    const ST_ClipOutcome stOutcome = CLS_ClipExporter::Run(
+        stRequest, [&](double _dShare) { blCancel = cancel && _dShare > 0.3; }, &blCancel);
+    QCOMPARE(stOutcome.m_emResult, result);
+    QCOMPARE(Leftovers(), QStringList());
+    QCOMPARE(QFileInfo(Path(source)).size(), i64SourceSize);
+    QVERIFY(!stOutcome.m_strMessage.empty());
+    QVERIFY(stOutcome.m_strMessage.find(sourcePassword.toStdString().empty()
+                                            ? "\x01"
+                                            : sourcePassword.toStdString()) == std::string::npos);
+}
+
+void TestClipExport::commandLineSealsAClip()
+{
+    // Source password, then the clip's twice, one a line on standard input.
+    QProcess qProcess;
+    qProcess.start(QuillTest::BinPath(QStringLiteral("sdvtool")),
+                   {"export", Path("sealed.sdv"), Path("cli.sdv"), "1.5", "2"});
+    qProcess.write(kSourcePassword + '\n' + kClipPassword + '\n' + kClipPassword + '\n');
+    qProcess.closeWriteChannel();
+    QVERIFY(qProcess.waitForFinished(60000));
+    const QByteArray qbaOutput = qProcess.readAll() + qProcess.readAllStandardError();
+    QCOMPARE(qProcess.exitCode(), 0);
+    QVERIFY(!qbaOutput.contains(kSourcePassword) && !qbaOutput.contains(kClipPassword));
+    const ST_Decoded stDecoded = Decode(Path("cli.sdv"), kClipPassword);
+    QCOMPARE(stDecoded.m_vecNumbers.value(0), 30);
+    QCOMPARE(stDecoded.m_vecNumbers.size(), stDecoded.m_iPackets);
+    QVERIFY(stDecoded.m_vecNumbers.last() >= 49);
+}
+
+QTEST_GUILESS_MAIN(TestClipExport)
+#include "tst_ClipExport.moc"
