@@ -8,6 +8,7 @@
 #include <QtMath>
 
 #include <algorithm>
+#include <climits>
 #include <atomic>
 #include <functional>
 #include <memory>
@@ -37,6 +38,7 @@ struct ST_Probe
 {
     std::atomic<int> m_iLast{-1};
     std::atomic<int> m_iShown{0};
+    std::atomic<int> m_iLowest{INT_MAX};  // the lowest picture number shown
     std::atomic<int> m_iEnds{0};
     std::atomic<int> m_iAsked{0};    // 55: password needed
     std::atomic<int> m_iRefused{0};  // 56: wrong password
@@ -143,8 +145,12 @@ std::unique_ptr<CLS_VideoPlayerEngine> TestPlayerEngine::MakePlayer(ST_Probe& _s
     pPlayer->SetEventCallback(&m_stCallback);
     pPlayer->Init();
     pPlayer->SetFrameObserver([&_stProbe](const AVFrame* _pFrame) {
-        _stProbe.m_iLast = QuillTest::FrameNumberOf(_pFrame);
+        const int iNumber = QuillTest::FrameNumberOf(_pFrame);
+        _stProbe.m_iLast = iNumber;
         ++_stProbe.m_iShown;
+        int iLowest = _stProbe.m_iLowest.load();
+        while (iNumber < iLowest && !_stProbe.m_iLowest.compare_exchange_weak(iLowest, iNumber)) {
+        }
     });
     if (!_qstrName.isEmpty() && !pPlayer->OpenFile(Clip(_qstrName)))
         qWarning("cannot open %s: %s", qPrintable(_qstrName), pPlayer->LastError().c_str());
@@ -435,7 +441,10 @@ void TestPlayerEngine::endOfFileOnce()
     QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 10000);
     // Not before the last picture had its time (2 s at 1X, 1/8 s at 16X).
     QVERIFY(qTimer.elapsed() >= (fastSteps == 0 ? 1900 : 100));
-    QCOMPARE(stProbe.m_iLast.load(), 49);
+    // At 16X a machine that cannot keep up decodes keyframes only (every
+    // tenth picture here) and so ends on the last of them.
+    const int iEnd = stProbe.m_iLast.load();
+    QVERIFY2(iEnd == 49 || (fastSteps > 0 && iEnd == 40), qPrintable(QString::number(iEnd)));
     QVERIFY2(fastSteps > 0 || stProbe.m_iShown.load() >= 40,
              qPrintable(QString::number(stProbe.m_iShown)));
     QCOMPARE(stProbe.m_pRaisedBy.load(), pPlayer.get());
@@ -443,7 +452,7 @@ void TestPlayerEngine::endOfFileOnce()
     // The last picture stays and the event is not repeated.
     QTest::qWait(300);
     QCOMPARE(stProbe.m_iEnds.load(), 1);
-    QCOMPARE(stProbe.m_iLast.load(), 49);
+    QCOMPARE(stProbe.m_iLast.load(), iEnd);
     // Seeking back starts a new pass that ends once more (a stream without
     // timestamps has no length to seek in); nothing lies beyond.
     if (pPlayer->GetTotalTime() > 0) {
@@ -451,10 +460,11 @@ void TestPlayerEngine::endOfFileOnce()
         QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 2, 10000);
     }
     QVERIFY(!pPlayer->StepForward());
-    QCOMPARE(stProbe.m_iLast.load(), 49);
+    QVERIFY(stProbe.m_iLast.load() == 49 || stProbe.m_iLast.load() == iEnd);
     // After Stop, Play starts the same file over.
     QVERIFY(pPlayer->Stop());
     const int iShown = stProbe.m_iShown.load();
+    stProbe.m_iLowest = INT_MAX;
     QVERIFY(pPlayer->Play(0));
     // Stop forgets a key: the sealed file asks again.
     if (name.startsWith(QLatin1String("sealed"))) {
@@ -463,7 +473,7 @@ void TestPlayerEngine::endOfFileOnce()
         QVERIFY(pPlayer->Play(0));
     }
     QTRY_VERIFY(stProbe.m_iShown.load() > iShown);
-    QVERIFY(stProbe.m_iLast.load() <= 3);
+    QVERIFY(stProbe.m_iLowest.load() <= 3);
 }
 
 void TestPlayerEngine::joinedRecordingsCountRecordedTime_data()
