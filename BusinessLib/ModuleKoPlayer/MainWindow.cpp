@@ -2,6 +2,7 @@
 
 #include "CLS_GLWgtLibLoader.h"
 #include "CLS_MsgBoxRequest.h"
+#include "CLS_VideoContextMenu.h"
 #include "CLS_VideoPlayControl.h"
 #include "CLS_WgtHistroyList.h"
 #include "CLS_WgtPlayerControlBar.h"
@@ -87,6 +88,7 @@ MainWindow::MainWindow(QWidget* _pParent) : QMainWindow(_pParent), ui(new Ui::Ma
 
     LoadStyleSheet();
     CreateRenderSurface();
+    m_pContextMenu = new CLS_VideoContextMenu(ui->openGLWgt);
 
     m_pProgressTimer = new QTimer(this);
     setObjectName(QStringLiteral("mainwindow"));

@@ -6,6 +6,7 @@
 #include <QTranslator>
 #include <QVariantMap>
 
+class CLS_VideoContextMenu;
 class CLS_VideoPlayControl;
 class CLS_WgtHistroyList;
 class CLS_WgtPlayerControlBar;
@@ -30,6 +31,8 @@ public:
 
     // Set by the dialog while the video area is a full-screen window.
     void SetFullScreen(bool _blFullScreen) { m_blFullScreen = _blFullScreen; }
+    // The video area's right-click menu, for features to add their entries.
+    CLS_VideoContextMenu* ContextMenu() const { return m_pContextMenu; }
 
 signals:
     void SignDealCloseApp();
@@ -116,4 +119,5 @@ private:
     bool m_blResume = false;
     int m_iPendingSeek = 0;
     bool m_blStepMode = false;
+    CLS_VideoContextMenu* m_pContextMenu = nullptr;
 };
