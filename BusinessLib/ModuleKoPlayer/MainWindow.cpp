@@ -2,6 +2,7 @@
 
 #include "CLS_GLWgtLibLoader.h"
 #include "CLS_MsgBoxRequest.h"
+#include "CLS_VideoAreaTools.h"
 #include "CLS_VideoContextMenu.h"
 #include "CLS_VideoPlayControl.h"
 #include "CLS_WgtHistroyList.h"
@@ -89,6 +90,9 @@ MainWindow::MainWindow(QWidget* _pParent) : QMainWindow(_pParent), ui(new Ui::Ma
     LoadStyleSheet();
     CreateRenderSurface();
     m_pContextMenu = new CLS_VideoContextMenu(ui->openGLWgt);
+    m_pAreaTools = new CLS_VideoAreaTools(
+        ui->openGLWgt, m_pContextMenu, m_pControlBar, [this] { return m_pVideoPlayControl; },
+        [this] { return m_qstrFilePath; });
 
     m_pProgressTimer = new QTimer(this);
     setObjectName(QStringLiteral("mainwindow"));
@@ -276,6 +280,7 @@ void MainWindow::SlotContinuePlay(QString _qstrFilePath, long _lStartTime)
 
     m_pHistroyList->AddHistroy(_qstrFilePath, iStartTime);
     ApplySoundSettings();
+    m_pAreaTools->PlaybackChanged();
     if (!m_blGLRendering && m_pRenderWgt) m_pRenderWgt->setUpdatesEnabled(false);
 }
 
@@ -346,6 +351,7 @@ void MainWindow::SlotStopVideo(bool _blIsVideoEnd)
     m_iSpeedIndex = kNormalSpeedIndex;
     ui->label_videoname->setText(QStringLiteral(" "));
     m_pControlBar->SetPlaybackControlsEnabled(false);
+    m_pAreaTools->PlaybackChanged();
     RefreshDisplay();
 }
 

@@ -6,6 +6,7 @@
 #include <QTranslator>
 #include <QVariantMap>
 
+class CLS_VideoAreaTools;
 class CLS_VideoContextMenu;
 class CLS_VideoPlayControl;
 class CLS_WgtHistroyList;
@@ -33,6 +34,7 @@ public:
     void SetFullScreen(bool _blFullScreen) { m_blFullScreen = _blFullScreen; }
     // The video area's right-click menu, for features to add their entries.
     CLS_VideoContextMenu* ContextMenu() const { return m_pContextMenu; }
+    CLS_VideoAreaTools* AreaTools() const { return m_pAreaTools; }
 
 signals:
     void SignDealCloseApp();
@@ -120,4 +122,5 @@ private:
     int m_iPendingSeek = 0;
     bool m_blStepMode = false;
     CLS_VideoContextMenu* m_pContextMenu = nullptr;
+    CLS_VideoAreaTools* m_pAreaTools = nullptr;
 };

@@ -1,5 +1,7 @@
 #include "CLS_PlaybackSession.h"
 
+#include "CLS_StillPicture.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -283,6 +285,19 @@ int CLS_PlaybackSession::TotalSeconds() const
 double CLS_PlaybackSession::ShownTime() const
 {
     return m_presenter.ShownSerial() < 0 ? -1.0 : m_presenter.ShownTime();
+}
+
+bool CLS_PlaybackSession::GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels)
+{
+    long long llPts = 0;
+    double dTime = 0.0;
+    AVFrame* pFrame = m_presenter.CopyShown(llPts, dTime);
+    if (!pFrame) return false;
+    const bool blCopied = CLS_StillPicture::Copy(pFrame, _blPixels, _stPicture);
+    av_frame_free(&pFrame);
+    if (!blCopied) return false;
+    _stPicture.m_dTime = dTime;
+    return true;
 }
 
 int CLS_PlaybackSession::PlayedSeconds() const

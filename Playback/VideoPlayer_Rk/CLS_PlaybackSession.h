@@ -40,6 +40,7 @@
 #include <string>
 
 #include "CLS_AudioDecoder.h"
+#include "CLS_Player_Rk.h"
 #include "CLS_AudioOutput.h"
 #include "CLS_Demuxer.h"
 #include "CLS_FrameQueue.h"
@@ -88,6 +89,9 @@ public:
     int PlayedSeconds() const;
     // Seconds from the first picture of the picture on screen (-1: none yet).
     double ShownTime() const;
+    // The picture on screen; false before the first one.
+    bool GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels);
+    void SetView(const SVideoView& _view) { m_presenter.SetView(_view); }
 
     bool HasSoundDevice() const { return m_blSound; }
     void SetSoundOn(bool _blOn);
