@@ -25,6 +25,8 @@ public:
 
     // Null when FFmpeg could not allocate it.
     AVIOContext* Context() const { return m_pContext; }
+    // When the file was made, seconds since 1970 UTC; 0 when not recorded.
+    std::int64_t Created() const;
 
 private:
     static int ReadPacket(void* _pOpaque, std::uint8_t* _pBuffer, int _iSize);
