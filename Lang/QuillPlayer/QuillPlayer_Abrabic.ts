@@ -4,6 +4,7 @@
 <context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>مشغل Quill</translation>
     </message>
@@ -22,6 +23,41 @@
     </message>
 </context>
 <context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+51"/>
+        <source>lab_snapshot</source>
+        <translation>لقطة</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+87"/>
+        <source>lab_snapshot_folder</source>
+        <translation>مجلد اللقطات...</translation>
+    </message>
+    <message>
+        <location line="-84"/>
+        <source>lab_zoom_reset</source>
+        <translation>إعادة ضبط التكبير</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>إظهار وقت التسجيل</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>تعذر حفظ اللقطة</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_snapshot_saved</source>
+        <translation>تم حفظ اللقطة:</translation>
+    </message>
+</context>
+<context>
     <name>CLS_WgtHistroyList</name>
     <message>
         <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
@@ -29,22 +65,22 @@
         <translation>نموذج</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>سجل التشغيل</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>تنبيه</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>ملف الفيديو لم يعد موجودًا. هل تريد إزالته من سجل التشغيل؟</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>ملف الفيديو غير موجود.</translation>
     </message>
@@ -199,6 +235,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>نموذج</translation>
     </message>
@@ -235,50 +272,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+192"/>
         <source>lab_open_video</source>
         <translation>فتح فيديو</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>ملفات الفيديو </translation>
     </message>
     <message>
+        <location line="+230"/>
         <source>lab_notice</source>
         <translation>تنبيه</translation>
     </message>
     <message>
+        <location line="-176"/>
         <source>lab_error_getvideotime</source>
         <translation>تعذّرت قراءة مدة الفيديو.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>مسار الفيديو فارغ.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>فشل تشغيل الفيديو.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>وقت البدء غير صالح، سيتم التشغيل من البداية.</translation>
     </message>
     <message>
+        <location line="+249"/>
         <source>msg_function_notallow</source>
         <translation>هذه الوظيفة غير متاحة لهذا الفيديو.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>فيديو مشفّر</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>أدخل كلمة المرور لهذا الفيديو.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>فشل فك التشفير</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>كلمة المرور غير صحيحة. هل تريد إعادة المحاولة؟</translation>
     </message>

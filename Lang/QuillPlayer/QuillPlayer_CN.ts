@@ -4,6 +4,7 @@
 <context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>Quill 播放器</translation>
     </message>
@@ -22,6 +23,41 @@
     </message>
 </context>
 <context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+51"/>
+        <source>lab_snapshot</source>
+        <translation>截图</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+87"/>
+        <source>lab_snapshot_folder</source>
+        <translation>截图文件夹...</translation>
+    </message>
+    <message>
+        <location line="-84"/>
+        <source>lab_zoom_reset</source>
+        <translation>重置缩放</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>显示录像时间</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>截图保存失败</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_snapshot_saved</source>
+        <translation>截图已保存：</translation>
+    </message>
+</context>
+<context>
     <name>CLS_WgtHistroyList</name>
     <message>
         <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
@@ -29,22 +65,22 @@
         <translation>窗体</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>播放历史</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>提示</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>该视频文件已不存在，是否从播放历史中删除？</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>视频文件不存在。</translation>
     </message>
@@ -199,6 +235,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>窗体</translation>
     </message>
@@ -235,50 +272,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+192"/>
         <source>lab_open_video</source>
         <translation>打开视频</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>视频文件 </translation>
     </message>
     <message>
+        <location line="+230"/>
         <source>lab_notice</source>
         <translation>提示</translation>
     </message>
     <message>
+        <location line="-176"/>
         <source>lab_error_getvideotime</source>
         <translation>无法获取视频时长。</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>视频路径为空。</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>视频播放失败。</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>起始时间无效，将从头播放。</translation>
     </message>
     <message>
+        <location line="+249"/>
         <source>msg_function_notallow</source>
         <translation>该视频不支持此功能。</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>加密视频</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>请输入该视频的密码。</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>解密失败</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>密码错误，是否重试？</translation>
     </message>

@@ -4,6 +4,7 @@
 <context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>پخش‌کننده Quill</translation>
     </message>
@@ -22,6 +23,41 @@
     </message>
 </context>
 <context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+51"/>
+        <source>lab_snapshot</source>
+        <translation>عکس فوری</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+87"/>
+        <source>lab_snapshot_folder</source>
+        <translation>پوشه عکس‌ها...</translation>
+    </message>
+    <message>
+        <location line="-84"/>
+        <source>lab_zoom_reset</source>
+        <translation>بازنشانی بزرگنمایی</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>نمایش زمان ضبط</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>ذخیره عکس ممکن نشد</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_snapshot_saved</source>
+        <translation>عکس ذخیره شد:</translation>
+    </message>
+</context>
+<context>
     <name>CLS_WgtHistroyList</name>
     <message>
         <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
@@ -29,22 +65,22 @@
         <translation>فرم</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>سابقه پخش</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>توجه</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>این فایل ویدیویی دیگر وجود ندارد. از سابقه پخش حذف شود؟</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>فایل ویدیویی وجود ندارد.</translation>
     </message>
@@ -199,6 +235,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>فرم</translation>
     </message>
@@ -235,50 +272,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+192"/>
         <source>lab_open_video</source>
         <translation>باز کردن ویدیو</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>فایل‌های ویدیویی </translation>
     </message>
     <message>
+        <location line="+230"/>
         <source>lab_notice</source>
         <translation>توجه</translation>
     </message>
     <message>
+        <location line="-176"/>
         <source>lab_error_getvideotime</source>
         <translation>خواندن مدت ویدیو ممکن نیست.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>مسیر ویدیو خالی است.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>پخش ویدیو ناموفق بود.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>زمان شروع نامعتبر است؛ پخش از ابتدا.</translation>
     </message>
     <message>
+        <location line="+249"/>
         <source>msg_function_notallow</source>
         <translation>این قابلیت برای این ویدیو در دسترس نیست.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>ویدیوی رمزگذاری‌شده</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>رمز عبور این ویدیو را وارد کنید.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>رمزگشایی ناموفق بود</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>رمز عبور اشتباه است. دوباره تلاش می‌کنید؟</translation>
     </message>

@@ -4,6 +4,7 @@
 <context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>Lecteur Quill</translation>
     </message>
@@ -22,6 +23,41 @@
     </message>
 </context>
 <context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+51"/>
+        <source>lab_snapshot</source>
+        <translation>Capture d&apos;image</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+87"/>
+        <source>lab_snapshot_folder</source>
+        <translation>Dossier des captures...</translation>
+    </message>
+    <message>
+        <location line="-84"/>
+        <source>lab_zoom_reset</source>
+        <translation>Réinitialiser le zoom</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>Afficher l&apos;heure d&apos;enregistrement</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>La capture n&apos;a pas pu être enregistrée</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_snapshot_saved</source>
+        <translation>Capture enregistrée :</translation>
+    </message>
+</context>
+<context>
     <name>CLS_WgtHistroyList</name>
     <message>
         <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
@@ -29,22 +65,22 @@
         <translation>Formulaire</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>Historique de lecture</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>Information</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>Ce fichier vidéo n&apos;existe plus. Le retirer de l&apos;historique&#xa0;?</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>Le fichier vidéo n&apos;existe pas.</translation>
     </message>
@@ -199,6 +235,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>Formulaire</translation>
     </message>
@@ -235,50 +272,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+192"/>
         <source>lab_open_video</source>
         <translation>Ouvrir une vidéo</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>Fichiers vidéo </translation>
     </message>
     <message>
+        <location line="+230"/>
         <source>lab_notice</source>
         <translation>Information</translation>
     </message>
     <message>
+        <location line="-176"/>
         <source>lab_error_getvideotime</source>
         <translation>Impossible de lire la durée de la vidéo.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>Le chemin de la vidéo est vide.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>Échec de la lecture de la vidéo.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>Heure de début non valide, lecture depuis le début.</translation>
     </message>
     <message>
+        <location line="+249"/>
         <source>msg_function_notallow</source>
         <translation>Cette fonction n&apos;est pas disponible pour cette vidéo.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>Vidéo chiffrée</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>Saisissez le mot de passe de cette vidéo.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>Échec du déchiffrement</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>Mot de passe incorrect. Réessayer&#xa0;?</translation>
     </message>

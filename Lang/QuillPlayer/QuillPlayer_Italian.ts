@@ -4,6 +4,7 @@
 <context>
     <name>CLS_DlgQuillPlayer</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_DlgQuillPlayer.ui" line="+17"/>
         <source>QuillPlayer</source>
         <translation>Lettore Quill</translation>
     </message>
@@ -22,6 +23,41 @@
     </message>
 </context>
 <context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+51"/>
+        <source>lab_snapshot</source>
+        <translation>Istantanea</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+87"/>
+        <source>lab_snapshot_folder</source>
+        <translation>Cartella istantanee...</translation>
+    </message>
+    <message>
+        <location line="-84"/>
+        <source>lab_zoom_reset</source>
+        <translation>Ripristina zoom</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>Mostra ora di registrazione</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>Impossibile salvare l&apos;istantanea</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>msg_snapshot_saved</source>
+        <translation>Istantanea salvata:</translation>
+    </message>
+</context>
+<context>
     <name>CLS_WgtHistroyList</name>
     <message>
         <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.ui" line="+20"/>
@@ -29,22 +65,22 @@
         <translation>Modulo</translation>
     </message>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+72"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtHistroyList.cpp" line="+40"/>
         <source>lab_history_playback</source>
         <translation>Cronologia di riproduzione</translation>
     </message>
     <message>
-        <location line="+220"/>
+        <location line="+165"/>
         <source>lab_notice</source>
         <translation>Avviso</translation>
     </message>
     <message>
-        <location line="-20"/>
+        <location line="-9"/>
         <source>msg_videopath_notexist</source>
         <translation>Il file video non esiste più. Rimuoverlo dalla cronologia?</translation>
     </message>
     <message>
-        <location line="-144"/>
+        <location line="-114"/>
         <source>msg_path_error</source>
         <translation>Il file video non esiste.</translation>
     </message>
@@ -199,6 +235,7 @@
 <context>
     <name>CLS_WgtPlayerMainBody</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_WgtPlayerMainBody.ui" line="+17"/>
         <source>Form</source>
         <translation>Modulo</translation>
     </message>
@@ -235,50 +272,62 @@
 <context>
     <name>MainWindow</name>
     <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+192"/>
         <source>lab_open_video</source>
         <translation>Apri video</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>lab_video_format</source>
         <translation>File video </translation>
     </message>
     <message>
+        <location line="+230"/>
         <source>lab_notice</source>
         <translation>Avviso</translation>
     </message>
     <message>
+        <location line="-176"/>
         <source>lab_error_getvideotime</source>
         <translation>Impossibile leggere la durata del video.</translation>
     </message>
     <message>
+        <location line="-31"/>
         <source>msg_path_not_exist</source>
         <translation>Il percorso del video è vuoto.</translation>
     </message>
     <message>
+        <location line="+24"/>
         <source>msg_failed_play_video</source>
         <translation>Impossibile riprodurre il video.</translation>
     </message>
     <message>
+        <location line="+16"/>
         <source>msg_setting_time_error</source>
         <translation>Ora di inizio non valida, riproduzione dall&apos;inizio.</translation>
     </message>
     <message>
+        <location line="+249"/>
         <source>msg_function_notallow</source>
         <translation>Funzione non disponibile per questo video.</translation>
     </message>
     <message>
+        <location line="+91"/>
         <source>msg_videodecrpt_notice</source>
         <translation>Video crittografato</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_decrptinput_password</source>
         <translation>Inserisci la password di questo video.</translation>
     </message>
     <message>
+        <location line="+20"/>
         <source>msg_decrpte_notice</source>
         <translation>Decrittografia non riuscita</translation>
     </message>
     <message>
+        <location line="+1"/>
         <source>msg_videodecript_failed</source>
         <translation>Password errata. Riprovare?</translation>
     </message>
