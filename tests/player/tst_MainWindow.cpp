@@ -12,7 +12,11 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QWheelEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLibrary>
@@ -147,6 +151,44 @@ private slots:
                               "OpenFile(" + m_qstrClip + ")", "Play", "GetTotalTime"}));
         QVERIFY(qlstCalls.contains("OpenSound") && qlstCalls.contains("SetVolume(50)"));
         QCOMPARE(QuillTest::NewestHistroyEntry()[QLatin1String("path")].toString(), m_qstrClip);
+    }
+
+    // The keys of the video area: Ctrl+S writes the picture on screen into
+    // the remembered folder, never over an earlier still; the wheel zooms
+    // around the cursor and Ctrl+0 shows the whole picture again.
+    void stillAndZoomFromTheKeys()
+    {
+        RecPlayer::ST_Script stScript;
+        stScript.iPlayedTime = 65;
+        Script(stScript);
+        const QString qstrDir = m_pWorkDir->FilePath(QStringLiteral("stills"));
+        QVERIFY(QDir().mkpath(qstrDir));
+        KoService::SetParam("ModuleKoPlayer", "SnapshotDir", qstrDir.toStdString());
+        Open(m_qstrClip);
+        m_pWindow->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_pWindow.get()));
+        auto* pArea = m_pWindow->findChild<QWidget*>(QStringLiteral("openGLWgt"));
+
+        for (const char* pName : {"clip_00-01-05.000.png", "clip_00-01-05.000_2.png"}) {
+            QTest::keyClick(pArea, Qt::Key_S, Qt::ControlModifier);
+            const QString qstrStill = QDir(qstrDir).filePath(QLatin1String(pName));
+            QTRY_VERIFY2(QFileInfo::exists(qstrStill), pName);
+            const QImage image(qstrStill);
+            QCOMPARE(image.size(), QSize(4, 2));
+            QCOMPARE(image.pixelColor(1, 1), QColor(Qt::red));
+            QCOMPARE(image.pixelColor(2, 0), QColor(Qt::blue));
+            QVERIFY(Notice().endsWith(qstrStill));
+        }
+
+        Calls();
+        const QPointF posCentre = QRectF(pArea->rect()).center();
+        QWheelEvent wheel(posCentre, QPointF(pArea->mapToGlobal(posCentre.toPoint())), QPoint(),
+                          QPoint(0, 120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(pArea, &wheel);
+        QVERIFY(Seen(QStringLiteral("SetShownPart(0.1,0.1,0.8,0.8)")));
+        QTest::keyClick(pArea, Qt::Key_0, Qt::ControlModifier);
+        QVERIFY(Seen(QStringLiteral("SetShownPart(0,0,1,1)")));
     }
 
     // Start positions: accepted up to the total, else 0 with a notice; the
