@@ -16,6 +16,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
+#include <QMenu>
+#include <QContextMenuEvent>
 #include <QWheelEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -164,10 +166,20 @@ private slots:
         const QString qstrDir = m_pWorkDir->FilePath(QStringLiteral("stills"));
         QVERIFY(QDir().mkpath(qstrDir));
         KoService::SetParam("ModuleKoPlayer", "SnapshotDir", qstrDir.toStdString());
+        auto* pArea = m_pWindow->findChild<QWidget*>(QStringLiteral("openGLWgt"));
+        // A right click on the picture reaches the area's menu; a still
+        // needs a file.
+        QWidget* pSurface = pArea->childAt(pArea->rect().center());
+        QVERIFY(pSurface);
+        QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, QPoint(5, 5));
+        QApplication::sendEvent(pSurface, &menuEvent);
+        auto* pMenu = pArea->findChild<QMenu*>(QStringLiteral("menu_video"));
+        QTRY_VERIFY(pMenu && pMenu->isVisible());
+        QVERIFY(!pMenu->findChild<QAction*>(QStringLiteral("action_snapshot"))->isEnabled());
+        pMenu->close();
         Open(m_qstrClip);
         m_pWindow->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_pWindow.get()));
-        auto* pArea = m_pWindow->findChild<QWidget*>(QStringLiteral("openGLWgt"));
 
         for (const char* pName : {"clip_00-01-05.000.png", "clip_00-01-05.000_2.png"}) {
             QTest::keyClick(pArea, Qt::Key_S, Qt::ControlModifier);
@@ -187,6 +199,16 @@ private slots:
                           Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
         QApplication::sendEvent(pArea, &wheel);
         QVERIFY(Seen(QStringLiteral("SetShownPart(0.1,0.1,0.8,0.8)")));
+        // A drag moves the zoomed picture, no further than its edge.
+        const auto mouse = [pArea](QEvent::Type _eType, const QPoint& _pt) {
+            QMouseEvent event(_eType, _pt, pArea->mapToGlobal(_pt), Qt::LeftButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(pArea, &event);
+        };
+        mouse(QEvent::MouseButtonPress, posCentre.toPoint());
+        mouse(QEvent::MouseMove, posCentre.toPoint() - QPoint(5000, 0));
+        mouse(QEvent::MouseButtonRelease, posCentre.toPoint() - QPoint(5000, 0));
+        QVERIFY(Seen(QStringLiteral("SetShownPart(0.2,0.1,0.8,0.8)")));
         QTest::keyClick(pArea, Qt::Key_0, Qt::ControlModifier);
         QVERIFY(Seen(QStringLiteral("SetShownPart(0,0,1,1)")));
     }
