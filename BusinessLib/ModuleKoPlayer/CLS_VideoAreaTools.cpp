@@ -12,6 +12,7 @@
 #include <QAction>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QTimer>
 #include <QWidget>
 
@@ -129,8 +130,10 @@ QString CLS_VideoAreaTools::SlotSnapshot()
         return QString();
     }
     PLAYER_LOG(1) << "CLS_VideoAreaTools snapshot " << qstrPath;
+    // The name alone: a status line that grows with a long folder would
+    // widen the whole window.
     m_pControlBar->SetExceptionInfo(tr("msg_snapshot_saved") + QLatin1Char(' ') +
-                                    QDir::toNativeSeparators(qstrPath));
+                                    QFileInfo(qstrPath).fileName());
     return qstrPath;
 }
 

@@ -30,6 +30,7 @@
 
 #include <memory>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -283,7 +284,13 @@ private slots:
         QCOMPARE(QImage(dirStills.filePath(dirStills.entryList({"clip_*.png"}).first())).size(),
                  QSize(320, 180));
 
-        const QImage imgWhole = VideoPixels();
+        // Once the notice has been laid out, the paused screen stands still.
+        QImage imgWhole = VideoPixels();
+        const auto settled = [&] {
+            const QImage imgNow = VideoPixels();
+            return std::exchange(imgWhole, imgNow) == imgNow;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(settled(), kHangMs);
         QCOMPARE(imgWhole.pixelColor(2, imgWhole.height() / 2), QColor(Qt::black));
         const QPoint ptCentre = pVideo->rect().center();
         for (int i = 0; i < 4; ++i) {
