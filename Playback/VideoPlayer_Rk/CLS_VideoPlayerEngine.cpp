@@ -129,8 +129,8 @@ bool CLS_VideoPlayerEngine::StartSession(const std::string& _strPath,
     pSession->SetView(m_view);
     // The header of a sealed file knows when it was made; the container's
     // own creation time, where it has one, is read by the session.
-    if (_pIo && _pIo->Created() > 0 && !pSession->HasDatedClock())
-        pSession->SetRecordingStart(_pIo->Created() * 1000);
+    if (m_pIo && m_pIo->Created() > 0 && !pSession->HasDatedClock())
+        pSession->SetRecordingStart(m_pIo->Created() * 1000);
     m_pSession = std::move(pSession);
     m_strLastPath = _strPath;
     m_strLastError.clear();

@@ -55,6 +55,9 @@ private:
 
     QTemporaryDir m_qtmpDir;
     std::atomic<int> m_iShown{-1};
+    // When the sealed file was made: its header's clock lies in between.
+    qint64 m_i64SealedFromMs = 0;
+    qint64 m_i64SealedToMs = 0;
 };
 
 void TestShownPicture::initTestCase()
@@ -75,6 +78,9 @@ void TestShownPicture::initTestCase()
     // apart, joined into one file and numbered on across the join.
     QVERIFY(make("ten.ps", {"-output_ts_offset", "36000", "-f", "mpeg"}));
     QVERIFY(make("eleven.ps", {"-output_ts_offset", "39600", "-f", "mpeg"}, 50));
+    m_i64SealedFromMs = QDateTime::currentSecsSinceEpoch() * 1000;
+    QCOMPARE(QuillTest::SealClip(Clip("square.mp4"), Clip("sealed.sdv"), "still-key"), 0);
+    m_i64SealedToMs = QDateTime::currentSecsSinceEpoch() * 1000;
     QFile qfJoined(Clip("joined.ps"));
     QVERIFY(qfJoined.open(QIODevice::WriteOnly));
     for (const char* pPart : {"ten.ps", "eleven.ps"}) {
@@ -90,7 +96,10 @@ std::unique_ptr<CLS_VideoPlayerEngine> TestShownPicture::PausedPlayer(const QStr
     m_iShown = -1;
     pPlayer->SetFrameObserver(
         [this](const AVFrame* _pFrame) { m_iShown = QuillTest::FrameNumberOf(_pFrame); });
-    if (!pPlayer->OpenFile(Clip(_qstrName).toStdString()) || !pPlayer->Play(0)) return nullptr;
+    if (!pPlayer->OpenFile(Clip(_qstrName).toStdString())) return nullptr;
+    if (_qstrName.endsWith(QLatin1String(".sdv")) && pPlayer->SetDecryptKey("still-key", 9) != 0)
+        return nullptr;
+    if (!pPlayer->Play(0)) return nullptr;
     pPlayer->Pause(true);
     return pPlayer;
 }
@@ -150,6 +159,7 @@ void TestShownPicture::recordedClock_data()
     QTest::addColumn<bool>("dated");
     QTest::newRow("no clock") << "square.mp4" << false << false;
     QTest::newRow("creation time") << "created.mp4" << true << true;
+    QTest::newRow("sealed header") << "sealed.sdv" << true << true;
     QTest::newRow("time of day across a join") << "joined.ps" << true << false;
 }
 
@@ -168,7 +178,10 @@ void TestShownPicture::recordedClock()
     QCOMPARE(stFirst.m_i64RecordedMs != ST_ShownPicture::kNoRecordedTime, hasClock);
     if (!hasClock) return;
     QCOMPARE(stFirst.m_blRecordedDate, dated);
-    if (dated) {
+    if (name == QLatin1String("sealed.sdv")) {
+        QVERIFY(stFirst.m_i64RecordedMs >= m_i64SealedFromMs &&
+                stFirst.m_i64RecordedMs <= m_i64SealedToMs);
+    } else if (dated) {
         QCOMPARE(stFirst.m_i64RecordedMs,
                  QDateTime(QDate(2024, 3, 15), QTime(10, 23, 45), Qt::UTC).toMSecsSinceEpoch());
     } else {
