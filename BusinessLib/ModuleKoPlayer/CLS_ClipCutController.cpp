@@ -11,6 +11,7 @@
 
 #include "CLS_ClipExportRunner.h"
 #include "CLS_DlgClipExport.h"
+#include "CLS_VideoContextMenu.h"
 #include "CLS_WgtPlayerSlider.h"
 
 using namespace RK_Framework::ClipExport;
@@ -78,19 +79,14 @@ void CLS_ClipCutController::AddActions(QMenu* _pMenu)
     _pMenu->addAction(m_pActExport);
 }
 
-void CLS_ClipCutController::AttachContextMenu(QWidget* _pWidget)
+void CLS_ClipCutController::AttachContextMenu(CLS_VideoContextMenu* _pMenu, QWidget* _pArea)
 {
-    if (!_pWidget) return;
+    if (!_pMenu || !_pArea) return;
     // Its own window, in full screen, keeps the shortcuts working too.
-    _pWidget->addActions({m_pActFirst, m_pActSecond, m_pActClear, m_pActExport});
-    _pWidget->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(_pWidget, &QWidget::customContextMenuRequested, this,
-            [this, pWidget = QPointer<QWidget>(_pWidget)](const QPoint& _qPos) {
-                if (!pWidget) return;
-                QMenu qMenu(pWidget);
-                AddActions(&qMenu);
-                qMenu.exec(pWidget->mapToGlobal(_qPos));
-            });
+    _pArea->addActions({m_pActFirst, m_pActSecond, m_pActClear, m_pActExport});
+    _pMenu->AddSeparator();
+    AddActions(_pMenu->Menu());
+    connect(_pMenu, &CLS_VideoContextMenu::SignAboutToShow, this, [this] { RefreshActions(); });
 }
 
 bool CLS_ClipCutController::IsExporting() const

@@ -10,6 +10,7 @@ class CLS_ClipExportRunner;
 class CLS_WgtPlayerSlider;
 class QAction;
 class QMenu;
+class CLS_VideoContextMenu;
 class QProgressDialog;
 class QWidget;
 
@@ -35,9 +36,10 @@ public:
     void SetFile(const QString& _qstrPath, int _iTotalSeconds);
     // Adds set first mark, set second mark, clear marks and export.
     void AddActions(QMenu* _pMenu);
-    // Gives _pWidget a context menu of these actions (for a video area
-    // without a menu of its own).
-    void AttachContextMenu(QWidget* _pWidget);
+    // Puts the actions into the video area's menu, as a group of their own,
+    // and onto the area itself, whose keys work while it is a full-screen
+    // window of its own.
+    void AttachContextMenu(CLS_VideoContextMenu* _pMenu, QWidget* _pArea);
 
     int FirstMark() const { return m_iFirst; }
     int SecondMark() const { return m_iSecond; }

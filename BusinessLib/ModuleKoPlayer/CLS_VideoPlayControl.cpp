@@ -146,6 +146,17 @@ int CLS_VideoPlayControl::IsBusy()
     return m_pPlayer ? m_pPlayer->IsBusy() : -1;
 }
 
+bool CLS_VideoPlayControl::GetShownPicture(RK_Framework::VideoPlayer::ST_ShownPicture& _stPicture,
+                                           bool _blPixels)
+{
+    return m_pPlayer && m_pPlayer->GetShownPicture(_stPicture, _blPixels);
+}
+
+bool CLS_VideoPlayControl::SetShownPart(double _dX, double _dY, double _dWidth, double _dHeight)
+{
+    return m_pPlayer && m_pPlayer->SetShownPart(_dX, _dY, _dWidth, _dHeight);
+}
+
 bool CLS_VideoPlayControl::OpenAndPlay(qlonglong _qi64PlayHandle, const QString& _qstrFilePath)
 {
     if (!m_pPlayer) return false;

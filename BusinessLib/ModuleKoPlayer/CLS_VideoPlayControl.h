@@ -38,6 +38,8 @@ public:
     bool StepForward();
     bool StepBack();
     int IsBusy();
+    bool GetShownPicture(RK_Framework::VideoPlayer::ST_ShownPicture& _stPicture, bool _blPixels);
+    bool SetShownPart(double _dX, double _dY, double _dWidth, double _dHeight);
 
     // Stops a playback the player still holds, opens the file and, when that
     // worked, plays it into the window. True whenever there is a player: a

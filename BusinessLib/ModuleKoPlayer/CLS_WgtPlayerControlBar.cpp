@@ -202,7 +202,16 @@ void CLS_WgtPlayerControlBar::SetCurrentTime(int _iSeconds)
     if (_iSeconds < 0 || _iSeconds > m_iTotalTime) return;
     m_iCurrentTime = _iSeconds;
     if (m_qstrTotalTime.isEmpty()) m_qstrTotalTime = TimeText(0);
-    ui->label_videoTime->setText(TimeText(_iSeconds) + QLatin1Char('/') + m_qstrTotalTime);
+    ui->label_videoTime->setText(m_qstrRecordedTime.isEmpty()
+                                     ? TimeText(_iSeconds) + QLatin1Char('/') + m_qstrTotalTime
+                                     : m_qstrRecordedTime);
+}
+
+void CLS_WgtPlayerControlBar::SetRecordedTime(const QString& _qstrText)
+{
+    if (_qstrText == m_qstrRecordedTime) return;
+    m_qstrRecordedTime = _qstrText;
+    SetCurrentTime(m_iCurrentTime);
 }
 
 void CLS_WgtPlayerControlBar::SetPlaySliderValue(int _iValue)

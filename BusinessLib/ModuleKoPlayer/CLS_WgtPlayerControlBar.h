@@ -40,6 +40,9 @@ public:
     void SetPlaySliderEnabled(bool _blEnabled);
     void SetSoundSliderEnabled(bool _blEnabled);
     void SetExceptionInfo(const QString& _qstrInfo);
+    // While not empty, the time label shows this (the recording's own clock)
+    // instead of the played and total times.
+    void SetRecordedTime(const QString& _qstrText);
     // The controls that act on an open file. Open, history, full screen and
     // play (which opens the selected history entry) stay usable without one;
     // the volume slider follows the sound state instead.
@@ -80,6 +83,7 @@ private:
     Ui::CLS_WgtPlayerControlBar* ui;
     CLS_Player7ListItemDelegate* m_pItemDelegate = nullptr;
     QString m_qstrTotalTime;
+    QString m_qstrRecordedTime;
     bool m_blPlaying = false;
     bool m_blReady = true;
     bool m_blSoundOpen = false;

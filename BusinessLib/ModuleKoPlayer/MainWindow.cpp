@@ -3,6 +3,8 @@
 #include "CLS_ClipCutController.h"
 #include "CLS_GLWgtLibLoader.h"
 #include "CLS_MsgBoxRequest.h"
+#include "CLS_VideoAreaTools.h"
+#include "CLS_VideoContextMenu.h"
 #include "CLS_VideoPlayControl.h"
 #include "CLS_WgtHistroyList.h"
 #include "CLS_WgtPlayerControlBar.h"
@@ -89,6 +91,10 @@ MainWindow::MainWindow(QWidget* _pParent) : QMainWindow(_pParent), ui(new Ui::Ma
 
     LoadStyleSheet();
     CreateRenderSurface();
+    m_pContextMenu = new CLS_VideoContextMenu(ui->openGLWgt);
+    m_pAreaTools = new CLS_VideoAreaTools(
+        ui->openGLWgt, m_pContextMenu, m_pControlBar, [this] { return m_pVideoPlayControl; },
+        [this] { return m_qstrFilePath; });
 
     m_pProgressTimer = new QTimer(this);
     setObjectName(QStringLiteral("mainwindow"));
@@ -105,7 +111,7 @@ MainWindow::MainWindow(QWidget* _pParent) : QMainWindow(_pParent), ui(new Ui::Ma
             return m_pVideoPlayControl && m_pVideoPlayControl->GetPlayedTime(_iPlayed);
         },
         this);
-    m_pClipCut->AttachContextMenu(ui->openGLWgt);
+    m_pClipCut->AttachContextMenu(m_pContextMenu, ui->openGLWgt);
     connect(m_pClipCut, &CLS_ClipCutController::SignNotice, m_pControlBar,
             &CLS_WgtPlayerControlBar::SetExceptionInfo);
 }
@@ -289,6 +295,7 @@ void MainWindow::SlotContinuePlay(QString _qstrFilePath, long _lStartTime)
 
     m_pHistroyList->AddHistroy(_qstrFilePath, iStartTime);
     ApplySoundSettings();
+    m_pAreaTools->PlaybackChanged();
     if (!m_blGLRendering && m_pRenderWgt) m_pRenderWgt->setUpdatesEnabled(false);
 }
 
@@ -359,6 +366,7 @@ void MainWindow::SlotStopVideo(bool _blIsVideoEnd)
     m_iSpeedIndex = kNormalSpeedIndex;
     ui->label_videoname->setText(QStringLiteral(" "));
     m_pControlBar->SetPlaybackControlsEnabled(false);
+    m_pAreaTools->PlaybackChanged();
     RefreshDisplay();
 }
 

@@ -7,6 +7,8 @@
 #include <QVariantMap>
 
 class CLS_ClipCutController;
+class CLS_VideoAreaTools;
+class CLS_VideoContextMenu;
 class CLS_VideoPlayControl;
 class CLS_WgtHistroyList;
 class CLS_WgtPlayerControlBar;
@@ -31,6 +33,9 @@ public:
 
     // Set by the dialog while the video area is a full-screen window.
     void SetFullScreen(bool _blFullScreen) { m_blFullScreen = _blFullScreen; }
+    // The video area's right-click menu, for features to add their entries.
+    CLS_VideoContextMenu* ContextMenu() const { return m_pContextMenu; }
+    CLS_VideoAreaTools* AreaTools() const { return m_pAreaTools; }
 
 signals:
     void SignDealCloseApp();
@@ -118,4 +123,6 @@ private:
     int m_iPendingSeek = 0;
     bool m_blStepMode = false;
     CLS_ClipCutController* m_pClipCut = nullptr;
+    CLS_VideoContextMenu* m_pContextMenu = nullptr;
+    CLS_VideoAreaTools* m_pAreaTools = nullptr;
 };

@@ -4,7 +4,7 @@
 <context>
     <name>CLS_ClipCutController</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+163"/>
         <source>msg_export_need_marks</source>
         <translation>请先设置两个标记</translation>
     </message>
@@ -19,13 +19,13 @@
         <translation>取消</translation>
     </message>
     <message>
-        <location line="-146"/>
-        <location line="+148"/>
+        <location line="-141"/>
+        <location line="+143"/>
         <source>lab_export_clip</source>
         <translation>导出片段</translation>
     </message>
     <message>
-        <location line="-155"/>
+        <location line="-150"/>
         <source>lab_set_first_mark</source>
         <translation>设置起始标记</translation>
     </message>
@@ -40,7 +40,7 @@
         <translation>清除标记</translation>
     </message>
     <message>
-        <location line="+169"/>
+        <location line="+164"/>
         <source>msg_export_done_silent</source>
         <translation>片段已保存（无声音）：%1</translation>
     </message>
@@ -93,7 +93,7 @@
         <translation>格式</translation>
     </message>
     <message>
-        <location line="+4"/>
+        <location line="+5"/>
         <source>btn_browse</source>
         <translation>浏览...</translation>
     </message>
@@ -165,6 +165,41 @@
         <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>播放本机上保存的视频文件。</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+52"/>
+        <source>lab_snapshot</source>
+        <translation>截图</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+89"/>
+        <source>lab_snapshot_folder</source>
+        <translation>截图文件夹...</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <source>lab_zoom_reset</source>
+        <translation>重置缩放</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>显示录像时间</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>截图保存失败</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>msg_snapshot_saved</source>
+        <translation>截图已保存：</translation>
     </message>
 </context>
 <context>
@@ -382,7 +417,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+206"/>
         <source>lab_open_video</source>
         <translation>打开视频</translation>
     </message>
@@ -392,12 +427,12 @@
         <translation>视频文件 </translation>
     </message>
     <message>
-        <location line="+229"/>
+        <location line="+231"/>
         <source>lab_notice</source>
         <translation>提示</translation>
     </message>
     <message>
-        <location line="-175"/>
+        <location line="-177"/>
         <source>lab_error_getvideotime</source>
         <translation>无法获取视频时长。</translation>
     </message>
@@ -417,7 +452,7 @@
         <translation>起始时间无效，将从头播放。</translation>
     </message>
     <message>
-        <location line="+248"/>
+        <location line="+250"/>
         <source>msg_function_notallow</source>
         <translation>该视频不支持此功能。</translation>
     </message>

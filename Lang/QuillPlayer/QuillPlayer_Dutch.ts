@@ -4,7 +4,7 @@
 <context>
     <name>CLS_ClipCutController</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+163"/>
         <source>msg_export_need_marks</source>
         <translation>Zet eerst beide markeringen</translation>
     </message>
@@ -19,13 +19,13 @@
         <translation>Annuleren</translation>
     </message>
     <message>
-        <location line="-146"/>
-        <location line="+148"/>
+        <location line="-141"/>
+        <location line="+143"/>
         <source>lab_export_clip</source>
         <translation>Fragment exporteren</translation>
     </message>
     <message>
-        <location line="-155"/>
+        <location line="-150"/>
         <source>lab_set_first_mark</source>
         <translation>Eerste markering zetten</translation>
     </message>
@@ -40,7 +40,7 @@
         <translation>Markeringen wissen</translation>
     </message>
     <message>
-        <location line="+169"/>
+        <location line="+164"/>
         <source>msg_export_done_silent</source>
         <translation>Fragment zonder geluid opgeslagen: %1</translation>
     </message>
@@ -93,7 +93,7 @@
         <translation>Formaat</translation>
     </message>
     <message>
-        <location line="+4"/>
+        <location line="+5"/>
         <source>btn_browse</source>
         <translation>Bladeren...</translation>
     </message>
@@ -165,6 +165,41 @@
         <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>Speelt videobestanden af die op deze computer staan.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+52"/>
+        <source>lab_snapshot</source>
+        <translation>Momentopname</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+89"/>
+        <source>lab_snapshot_folder</source>
+        <translation>Map voor momentopnamen...</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <source>lab_zoom_reset</source>
+        <translation>Zoom herstellen</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>Opnametijd tonen</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>De momentopname kon niet worden opgeslagen</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>msg_snapshot_saved</source>
+        <translation>Momentopname opgeslagen:</translation>
     </message>
 </context>
 <context>
@@ -382,7 +417,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+206"/>
         <source>lab_open_video</source>
         <translation>Video openen</translation>
     </message>
@@ -392,12 +427,12 @@
         <translation>Videobestanden </translation>
     </message>
     <message>
-        <location line="+229"/>
+        <location line="+231"/>
         <source>lab_notice</source>
         <translation>Melding</translation>
     </message>
     <message>
-        <location line="-175"/>
+        <location line="-177"/>
         <source>lab_error_getvideotime</source>
         <translation>Kan de videoduur niet lezen.</translation>
     </message>
@@ -417,7 +452,7 @@
         <translation>Ongeldige starttijd, afspelen vanaf het begin.</translation>
     </message>
     <message>
-        <location line="+248"/>
+        <location line="+250"/>
         <source>msg_function_notallow</source>
         <translation>Deze functie is niet beschikbaar voor deze video.</translation>
     </message>

@@ -4,7 +4,7 @@
 <context>
     <name>CLS_ClipCutController</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+163"/>
         <source>msg_export_need_marks</source>
         <translation>ابتدا هر دو نشانه را بگذارید</translation>
     </message>
@@ -19,13 +19,13 @@
         <translation>لغو</translation>
     </message>
     <message>
-        <location line="-146"/>
-        <location line="+148"/>
+        <location line="-141"/>
+        <location line="+143"/>
         <source>lab_export_clip</source>
         <translation>صدور کلیپ</translation>
     </message>
     <message>
-        <location line="-155"/>
+        <location line="-150"/>
         <source>lab_set_first_mark</source>
         <translation>گذاشتن نشانهٔ اول</translation>
     </message>
@@ -40,7 +40,7 @@
         <translation>پاک کردن نشانه‌ها</translation>
     </message>
     <message>
-        <location line="+169"/>
+        <location line="+164"/>
         <source>msg_export_done_silent</source>
         <translation>کلیپ بدون صدا ذخیره شد: %1</translation>
     </message>
@@ -93,7 +93,7 @@
         <translation>قالب</translation>
     </message>
     <message>
-        <location line="+4"/>
+        <location line="+5"/>
         <source>btn_browse</source>
         <translation>مرور...</translation>
     </message>
@@ -165,6 +165,41 @@
         <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>فایل‌های ویدیویی ذخیره‌شده در این رایانه را پخش می‌کند.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+52"/>
+        <source>lab_snapshot</source>
+        <translation>عکس فوری</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+89"/>
+        <source>lab_snapshot_folder</source>
+        <translation>پوشه عکس‌ها...</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <source>lab_zoom_reset</source>
+        <translation>بازنشانی بزرگنمایی</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>نمایش زمان ضبط</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>ذخیره عکس ممکن نشد</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>msg_snapshot_saved</source>
+        <translation>عکس ذخیره شد:</translation>
     </message>
 </context>
 <context>
@@ -382,7 +417,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+206"/>
         <source>lab_open_video</source>
         <translation>باز کردن ویدیو</translation>
     </message>
@@ -392,12 +427,12 @@
         <translation>فایل‌های ویدیویی </translation>
     </message>
     <message>
-        <location line="+229"/>
+        <location line="+231"/>
         <source>lab_notice</source>
         <translation>توجه</translation>
     </message>
     <message>
-        <location line="-175"/>
+        <location line="-177"/>
         <source>lab_error_getvideotime</source>
         <translation>خواندن مدت ویدیو ممکن نیست.</translation>
     </message>
@@ -417,7 +452,7 @@
         <translation>زمان شروع نامعتبر است؛ پخش از ابتدا.</translation>
     </message>
     <message>
-        <location line="+248"/>
+        <location line="+250"/>
         <source>msg_function_notallow</source>
         <translation>این قابلیت برای این ویدیو در دسترس نیست.</translation>
     </message>

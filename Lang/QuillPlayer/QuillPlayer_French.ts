@@ -4,14 +4,14 @@
 <context>
     <name>CLS_ClipCutController</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+163"/>
         <source>msg_export_need_marks</source>
-        <translation>Placez d'abord les deux marques</translation>
+        <translation>Placez d&apos;abord les deux marques</translation>
     </message>
     <message>
         <location line="+12"/>
         <source>lab_exporting</source>
-        <translation>Exportation de l'extrait...</translation>
+        <translation>Exportation de l&apos;extrait...</translation>
     </message>
     <message>
         <location line="+0"/>
@@ -19,13 +19,13 @@
         <translation>Annuler</translation>
     </message>
     <message>
-        <location line="-146"/>
-        <location line="+148"/>
+        <location line="-141"/>
+        <location line="+143"/>
         <source>lab_export_clip</source>
         <translation>Exporter un extrait</translation>
     </message>
     <message>
-        <location line="-155"/>
+        <location line="-150"/>
         <source>lab_set_first_mark</source>
         <translation>Placer la première marque</translation>
     </message>
@@ -40,7 +40,7 @@
         <translation>Effacer les marques</translation>
     </message>
     <message>
-        <location line="+169"/>
+        <location line="+164"/>
         <source>msg_export_done_silent</source>
         <translation>Extrait enregistré sans son : %1</translation>
     </message>
@@ -67,7 +67,7 @@
     <message>
         <location line="+3"/>
         <source>msg_export_failed</source>
-        <translation>Impossible d'écrire %1</translation>
+        <translation>Impossible d&apos;écrire %1</translation>
     </message>
 </context>
 <context>
@@ -93,7 +93,7 @@
         <translation>Format</translation>
     </message>
     <message>
-        <location line="+4"/>
+        <location line="+5"/>
         <source>btn_browse</source>
         <translation>Parcourir...</translation>
     </message>
@@ -165,6 +165,41 @@
         <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>Lit les fichiers vidéo enregistrés sur cet ordinateur.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+52"/>
+        <source>lab_snapshot</source>
+        <translation>Capture d&apos;image</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+89"/>
+        <source>lab_snapshot_folder</source>
+        <translation>Dossier des captures...</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <source>lab_zoom_reset</source>
+        <translation>Réinitialiser le zoom</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>Afficher l&apos;heure d&apos;enregistrement</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>La capture n&apos;a pas pu être enregistrée</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>msg_snapshot_saved</source>
+        <translation>Capture enregistrée :</translation>
     </message>
 </context>
 <context>
@@ -382,7 +417,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+206"/>
         <source>lab_open_video</source>
         <translation>Ouvrir une vidéo</translation>
     </message>
@@ -392,12 +427,12 @@
         <translation>Fichiers vidéo </translation>
     </message>
     <message>
-        <location line="+229"/>
+        <location line="+231"/>
         <source>lab_notice</source>
         <translation>Information</translation>
     </message>
     <message>
-        <location line="-175"/>
+        <location line="-177"/>
         <source>lab_error_getvideotime</source>
         <translation>Impossible de lire la durée de la vidéo.</translation>
     </message>
@@ -417,7 +452,7 @@
         <translation>Heure de début non valide, lecture depuis le début.</translation>
     </message>
     <message>
-        <location line="+248"/>
+        <location line="+250"/>
         <source>msg_function_notallow</source>
         <translation>Cette fonction n&apos;est pas disponible pour cette vidéo.</translation>
     </message>

@@ -4,7 +4,7 @@
 <context>
     <name>CLS_ClipCutController</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+163"/>
         <source>msg_export_need_marks</source>
         <translation>יש להציב קודם את שני הסימנים</translation>
     </message>
@@ -19,13 +19,13 @@
         <translation>ביטול</translation>
     </message>
     <message>
-        <location line="-146"/>
-        <location line="+148"/>
+        <location line="-141"/>
+        <location line="+143"/>
         <source>lab_export_clip</source>
         <translation>ייצוא קטע</translation>
     </message>
     <message>
-        <location line="-155"/>
+        <location line="-150"/>
         <source>lab_set_first_mark</source>
         <translation>הצבת סימן ראשון</translation>
     </message>
@@ -40,7 +40,7 @@
         <translation>ניקוי סימנים</translation>
     </message>
     <message>
-        <location line="+169"/>
+        <location line="+164"/>
         <source>msg_export_done_silent</source>
         <translation>הקטע נשמר ללא קול: %1</translation>
     </message>
@@ -93,7 +93,7 @@
         <translation>תבנית</translation>
     </message>
     <message>
-        <location line="+4"/>
+        <location line="+5"/>
         <source>btn_browse</source>
         <translation>עיון...</translation>
     </message>
@@ -165,6 +165,41 @@
         <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>מנגן קובצי וידאו השמורים במחשב זה.</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+52"/>
+        <source>lab_snapshot</source>
+        <translation>צילום מסך</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+89"/>
+        <source>lab_snapshot_folder</source>
+        <translation>תיקיית צילומים...</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <source>lab_zoom_reset</source>
+        <translation>איפוס זום</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>הצג זמן הקלטה</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>לא ניתן לשמור את הצילום</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>msg_snapshot_saved</source>
+        <translation>הצילום נשמר:</translation>
     </message>
 </context>
 <context>
@@ -382,7 +417,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+206"/>
         <source>lab_open_video</source>
         <translation>פתיחת וידאו</translation>
     </message>
@@ -392,12 +427,12 @@
         <translation>קובצי וידאו </translation>
     </message>
     <message>
-        <location line="+229"/>
+        <location line="+231"/>
         <source>lab_notice</source>
         <translation>הודעה</translation>
     </message>
     <message>
-        <location line="-175"/>
+        <location line="-177"/>
         <source>lab_error_getvideotime</source>
         <translation>לא ניתן לקרוא את אורך הווידאו.</translation>
     </message>
@@ -417,7 +452,7 @@
         <translation>זמן ההתחלה אינו תקין, הניגון יתחיל מההתחלה.</translation>
     </message>
     <message>
-        <location line="+248"/>
+        <location line="+250"/>
         <source>msg_function_notallow</source>
         <translation>פונקציה זו אינה זמינה לווידאו זה.</translation>
     </message>

@@ -4,7 +4,7 @@
 <context>
     <name>CLS_ClipCutController</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+167"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_ClipCutController.cpp" line="+163"/>
         <source>msg_export_need_marks</source>
         <translation>ตั้งเครื่องหมายทั้งสองก่อน</translation>
     </message>
@@ -19,13 +19,13 @@
         <translation>ยกเลิก</translation>
     </message>
     <message>
-        <location line="-146"/>
-        <location line="+148"/>
+        <location line="-141"/>
+        <location line="+143"/>
         <source>lab_export_clip</source>
         <translation>ส่งออกคลิป</translation>
     </message>
     <message>
-        <location line="-155"/>
+        <location line="-150"/>
         <source>lab_set_first_mark</source>
         <translation>ตั้งเครื่องหมายแรก</translation>
     </message>
@@ -40,7 +40,7 @@
         <translation>ล้างเครื่องหมาย</translation>
     </message>
     <message>
-        <location line="+169"/>
+        <location line="+164"/>
         <source>msg_export_done_silent</source>
         <translation>บันทึกคลิปแบบไม่มีเสียงแล้ว: %1</translation>
     </message>
@@ -93,7 +93,7 @@
         <translation>รูปแบบ</translation>
     </message>
     <message>
-        <location line="+4"/>
+        <location line="+5"/>
         <source>btn_browse</source>
         <translation>เรียกดู...</translation>
     </message>
@@ -165,6 +165,41 @@
         <location line="+5"/>
         <source>ModuleExplain</source>
         <translation>เล่นไฟล์วิดีโอที่เก็บไว้ในคอมพิวเตอร์เครื่องนี้</translation>
+    </message>
+</context>
+<context>
+    <name>CLS_VideoAreaTools</name>
+    <message>
+        <location filename="../../BusinessLib/ModuleKoPlayer/CLS_VideoAreaTools.cpp" line="+52"/>
+        <source>lab_snapshot</source>
+        <translation>ภาพนิ่ง</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <location line="+89"/>
+        <source>lab_snapshot_folder</source>
+        <translation>โฟลเดอร์ภาพนิ่ง...</translation>
+    </message>
+    <message>
+        <location line="-86"/>
+        <source>lab_zoom_reset</source>
+        <translation>รีเซ็ตการซูม</translation>
+    </message>
+    <message>
+        <location line="+4"/>
+        <source>lab_recorded_time</source>
+        <translation>แสดงเวลาที่บันทึก</translation>
+    </message>
+    <message>
+        <location line="+54"/>
+        <location line="+12"/>
+        <source>msg_snapshot_failed</source>
+        <translation>ไม่สามารถบันทึกภาพนิ่งได้</translation>
+    </message>
+    <message>
+        <location line="+6"/>
+        <source>msg_snapshot_saved</source>
+        <translation>บันทึกภาพนิ่งแล้ว:</translation>
     </message>
 </context>
 <context>
@@ -382,7 +417,7 @@
 <context>
     <name>MainWindow</name>
     <message>
-        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+200"/>
+        <location filename="../../BusinessLib/ModuleKoPlayer/MainWindow.cpp" line="+206"/>
         <source>lab_open_video</source>
         <translation>เปิดวิดีโอ</translation>
     </message>
@@ -392,12 +427,12 @@
         <translation>ไฟล์วิดีโอ </translation>
     </message>
     <message>
-        <location line="+229"/>
+        <location line="+231"/>
         <source>lab_notice</source>
         <translation>แจ้งเตือน</translation>
     </message>
     <message>
-        <location line="-175"/>
+        <location line="-177"/>
         <source>lab_error_getvideotime</source>
         <translation>ไม่สามารถอ่านความยาวของวิดีโอได้</translation>
     </message>
@@ -417,7 +452,7 @@
         <translation>เวลาเริ่มต้นไม่ถูกต้อง จะเล่นตั้งแต่ต้น</translation>
     </message>
     <message>
-        <location line="+248"/>
+        <location line="+250"/>
         <source>msg_function_notallow</source>
         <translation>ฟังก์ชันนี้ใช้กับวิดีโอนี้ไม่ได้</translation>
     </message>

@@ -1,5 +1,7 @@
 #include "CLS_PlaybackSession.h"
 
+#include "CLS_StillPicture.h"
+
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -9,6 +11,7 @@
 
 extern "C" {
 #include <libavformat/avformat.h>
+#include <libavutil/parseutils.h>
 }
 
 namespace RK_Framework::VideoPlayer {
@@ -24,6 +27,8 @@ constexpr std::size_t kFrameQueueBytes = 8u * 1024u * 1024u;
 // costs more in page faults than decoding them again would.
 constexpr std::size_t kStepCacheBytes = 96u * 1024u * 1024u;
 constexpr int kStepBackTimeoutMs = 5000;
+// A picture clock that starts this many seconds in or later is a time of day.
+constexpr double kClockHoursIn = 3600.0;
 
 // Seconds on the timing stream's clock where the streams we play end; 0 when
 // the container does not say.
@@ -108,6 +113,7 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
     m_frames.SetCapacity(
         std::clamp(kFrameQueueBytes / sizePicture, kMinFrameQueueSize, kFrameQueueSize));
 
+    FindRecordingClock();
     // Times run from the first picture, whatever clock the recorder started.
     const double dContainer = m_source.DurationSeconds();
     m_blLineTotal = m_state.m_timeline.HasJoins();
@@ -283,6 +289,58 @@ int CLS_PlaybackSession::TotalSeconds() const
 double CLS_PlaybackSession::ShownTime() const
 {
     return m_presenter.ShownSerial() < 0 ? -1.0 : m_presenter.ShownTime();
+}
+
+bool CLS_PlaybackSession::GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels)
+{
+    long long llPts = 0;
+    double dTime = 0.0;
+    AVFrame* pFrame = m_presenter.CopyShown(llPts, dTime);
+    if (!pFrame) return false;
+    const bool blCopied = CLS_StillPicture::Copy(pFrame, _blPixels, _stPicture);
+    av_frame_free(&pFrame);
+    if (!blCopied) return false;
+    _stPicture.m_dTime = dTime;
+    _stPicture.m_i64RecordedMs = RecordedMs(llPts);
+    _stPicture.m_blRecordedDate = m_blClockDate;
+    return true;
+}
+
+void CLS_PlaybackSession::FindRecordingClock()
+{
+    const AVFormatContext* pFormat = m_source.Format();
+    const AVStream* pVideo = m_source.VideoStream();
+    const AVDictionaryEntry* pCreated = av_dict_get(pFormat->metadata, "creation_time", nullptr, 0);
+    if (!pCreated && pVideo) pCreated = av_dict_get(pVideo->metadata, "creation_time", nullptr, 0);
+    std::int64_t i64Us = 0;
+    if (pCreated && av_parse_time(&i64Us, pCreated->value, 0) == 0 && i64Us > 0) {
+        SetRecordingStart(i64Us / 1000);
+        return;
+    }
+    // Recorders stamp their pictures with the time of day; a stream that
+    // starts at 0 has no such clock.
+    const double dFirst = static_cast<double>(m_state.m_i64FirstPts) * m_state.m_dTimeBase;
+    if (dFirst >= kClockHoursIn) {
+        m_i64ClockAtFirstMs = std::llround(dFirst * 1000.0);
+        m_blClockDate = false;
+    }
+}
+
+void CLS_PlaybackSession::SetRecordingStart(std::int64_t _i64Ms)
+{
+    m_i64ClockAtFirstMs = _i64Ms;
+    m_blClockDate = true;
+}
+
+std::int64_t CLS_PlaybackSession::RecordedMs(long long _llLinePts) const
+{
+    if (m_i64ClockAtFirstMs == ST_ShownPicture::kNoRecordedTime) return m_i64ClockAtFirstMs;
+    // The recorder's own clock, jumps between joined recordings included.
+    std::size_t sizePart = 0;
+    const std::int64_t i64Raw = m_state.m_timeline.ToStream(_llLinePts, sizePart);
+    return m_i64ClockAtFirstMs +
+           std::llround(static_cast<double>(i64Raw - m_state.m_i64FirstPts) * m_state.m_dTimeBase *
+                        1000.0);
 }
 
 int CLS_PlaybackSession::PlayedSeconds() const

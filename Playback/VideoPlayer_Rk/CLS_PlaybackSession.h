@@ -40,6 +40,7 @@
 #include <string>
 
 #include "CLS_AudioDecoder.h"
+#include "CLS_Player_Rk.h"
 #include "CLS_AudioOutput.h"
 #include "CLS_Demuxer.h"
 #include "CLS_FrameQueue.h"
@@ -88,6 +89,13 @@ public:
     int PlayedSeconds() const;
     // Seconds from the first picture of the picture on screen (-1: none yet).
     double ShownTime() const;
+    // The picture on screen; false before the first one.
+    bool GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels);
+    void SetView(const SVideoView& _view) { m_presenter.SetView(_view); }
+    // The wall clock at the first picture, ms since 1970 UTC, for a file
+    // whose container names none (a sealed file's header does).
+    void SetRecordingStart(std::int64_t _i64Ms);
+    bool HasDatedClock() const { return m_blClockDate; }
 
     bool HasSoundDevice() const { return m_blSound; }
     void SetSoundOn(bool _blOn);
@@ -101,6 +109,10 @@ private:
     double Duration() const;
     int PostSeek(ST_SeekRequest _stRequest);
     void ResyncSound();
+    // The recording's clock: the container's creation time, else a clock
+    // that starts hours in read as the time of day.
+    void FindRecordingClock();
+    std::int64_t RecordedMs(long long _llLinePts) const;
     void Shutdown();
 
     CLS_SessionState m_state;
@@ -124,6 +136,9 @@ private:
     // The scan found joins: the total is the line's, else the container's.
     bool m_blLineTotal = false;
     double m_dPendingTime = 0.0;
+    // The recording's clock at the first picture (ms), and whether it names a day.
+    std::int64_t m_i64ClockAtFirstMs = ST_ShownPicture::kNoRecordedTime;
+    bool m_blClockDate = false;
 };
 
 }  // namespace RK_Framework::VideoPlayer

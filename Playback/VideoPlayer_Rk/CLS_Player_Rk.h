@@ -1,7 +1,9 @@
 #pragma once
 
+#include <climits>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #if defined(_WIN32)
 #if defined(VIDEOPLAYER_RK_BUILD)
@@ -32,6 +34,26 @@ struct ST_PlayerEventCallback
 {
     void* m_pUser = nullptr;
     PlayerEventFunc m_pfnCallback = nullptr;
+};
+
+// A copy of the picture on screen, for a still of it.
+struct ST_ShownPicture
+{
+    // Size of the copy: the decoded picture stretched to its display aspect
+    // (never shrunk), so a still looks as the picture does on screen.
+    int m_iWidth = 0;
+    int m_iHeight = 0;
+    // 8-bit RGB, rows top to bottom, m_iWidth * 3 bytes each; left empty
+    // when only the facts were asked for.
+    std::vector<std::uint8_t> m_vecRgb;
+    // Seconds from the first picture.
+    double m_dTime = -1.0;
+    // The recording's own clock at this picture, in milliseconds: since
+    // 1970-01-01 UTC when the file names a date, else since midnight of an
+    // unknown day; kNoRecordedTime when the file carries no clock.
+    static constexpr std::int64_t kNoRecordedTime = INT64_MIN;
+    std::int64_t m_i64RecordedMs = kNoRecordedTime;
+    bool m_blRecordedDate = false;
 };
 
 // One player plays one file at a time. Every operation is called from one
@@ -80,6 +102,17 @@ public:
 
 protected:
     virtual int DoNormalSpeed() = 0;
+
+public:
+    // Later additions; they stay after everything above.
+
+    // The picture on screen, with its pixels when _blPixels. False when no
+    // picture has been shown yet.
+    virtual bool GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels) = 0;
+    // Shows only a part of the picture, in fractions of its width and height
+    // (0, 0, 1, 1: all of it), magnified into the place the whole picture
+    // takes. Kept for later files of this player.
+    virtual bool SetShownPart(double _dX, double _dY, double _dWidth, double _dHeight) = 0;
 };
 
 }  // namespace RK_Framework::VideoPlayer

@@ -126,6 +126,11 @@ bool CLS_VideoPlayerEngine::StartSession(const std::string& _strPath,
     }
     pSession->SetSoundOn(m_blSoundOn);
     pSession->SetVolume(m_iVolume);
+    pSession->SetView(m_view);
+    // The header of a sealed file knows when it was made; the container's
+    // own creation time, where it has one, is read by the session.
+    if (m_pIo && m_pIo->Created() > 0 && !pSession->HasDatedClock())
+        pSession->SetRecordingStart(m_pIo->Created() * 1000);
     m_pSession = std::move(pSession);
     m_strLastPath = _strPath;
     m_strLastError.clear();
@@ -330,6 +335,22 @@ int CLS_VideoPlayerEngine::SetDecryptKey(const char* _pKey, int _iLength)
 int CLS_VideoPlayerEngine::IsBusy()
 {
     return (m_pSession || m_pLocked) ? 1 : 0;
+}
+
+bool CLS_VideoPlayerEngine::GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels)
+{
+    return Guarded(false, "GetShownPicture",
+                   [&] { return m_pSession && m_pSession->GetShownPicture(_stPicture, _blPixels); });
+}
+
+bool CLS_VideoPlayerEngine::SetShownPart(double _dX, double _dY, double _dWidth, double _dHeight)
+{
+    return Guarded(false, "SetShownPart", [&] {
+        if (!(_dWidth > 0.0 && _dHeight > 0.0)) return false;
+        m_view = SVideoView{_dX, _dY, _dWidth, _dHeight}.Bounded();
+        if (m_pSession) m_pSession->SetView(m_view);
+        return true;
+    });
 }
 
 void CLS_VideoPlayerEngine::SetFrameObserver(FrameObserver _fnObserver)

@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "CLS_Player_Rk.h"
+#include "CLS_VideoView.h"
 
 struct AVFrame;
 
@@ -51,6 +52,8 @@ public:
     bool StepBack() override;
     int SetDecryptKey(const char* _pKey, int _iLength) override;
     int IsBusy() override;
+    bool GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels) override;
+    bool SetShownPart(double _dX, double _dY, double _dWidth, double _dHeight) override;
 
     // Called on the presenter thread with every picture put on screen (tests,
     // benchmarks). Applies to this and later files.
@@ -89,6 +92,7 @@ private:
     int m_iSpeedIndex = kNormalSpeedIndex;
     bool m_blSoundOn = true;
     int m_iVolume = 50;
+    SVideoView m_view;
 
     mutable std::mutex m_mutexCallback;
     ST_PlayerEventCallback m_stCallback;

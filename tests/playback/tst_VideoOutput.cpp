@@ -17,12 +17,15 @@ extern "C" {
 #include <libavutil/pixdesc.h>
 }
 
+#include "CLS_VideoView.h"
 #include "IVideoOutput.h"
 #include "QGLRenderApi.h"
 #include "RenderTestSupport.h"
 
 using namespace RenderTest;
+using RK_Framework::VideoPlayer::CLS_VideoView;
 using RK_Framework::VideoPlayer::CreateVideoOutput;
+using RK_Framework::VideoPlayer::SVideoView;
 using RK_Framework::VideoPlayer::IVideoOutput;
 
 namespace {
@@ -89,6 +92,8 @@ private slots:
     void nativeWindowFollowsSize_data();
     void nativeWindowFollowsSize();
     void nativeWindowFailures();
+    void zoomKeepsTheLetterbox_data() { renderWidget_data(); }
+    void zoomKeepsTheLetterbox();
 };
 
 void TestVideoOutput::renderWidget_data()
@@ -269,6 +274,51 @@ void TestVideoOutput::nativeWindowFollowsSize()
          Mismatch(QGuiApplication::primaryScreen()->grabWindow(pSurface->winId()).toImage(),
                   {{{100, 100}, g_red}, {{100, 20}, g_black}})),
         QString());
+}
+
+// A part of the picture fills the place of the whole one: the bars stay
+// where they were at every zoom, and the whole picture comes back exactly.
+void TestVideoOutput::zoomKeepsTheLetterbox()
+{
+    QFETCH(bool, blOpenGl);
+    if (blOpenGl)
+        qputenv("QUILL_RENDER_GL", "1");
+    else
+        qunsetenv("QUILL_RENDER_GL");
+    ShownWidget shown(QSize(640, 360));
+    QVERIFY(shown.Ready());
+    if (!blOpenGl && QGL_NativeWindow(shown.Handle()) == 0)
+        QSKIP("OpenGL renders in hardware here: render widgets stay OpenGL");
+    std::unique_ptr<IVideoOutput> pOutput = OutputFor(shown.Handle());
+    FramePtr pFrame = MakeFrame(AV_PIX_FMT_YUV420P, 320, 240, g_yuvRed601, g_yuvBlue601);
+    // 4:3 in 640x360: the picture spans x 80..559.
+    auto letterboxed = [](const QColor& _top, const QColor& _bottom) {
+        return std::vector<Expect>{{{77, 180}, g_black},  {{83, 20}, _top},
+                                   {{556, 340}, _bottom}, {{562, 180}, g_black},
+                                   {{320, 2}, _top},      {{320, 357}, _bottom}};
+    };
+    const std::vector<Expect> vecWhole = letterboxed(g_red, g_blue);
+    QVERIFY(pOutput->Show(pFrame.get()));
+    TRY_PIXELS(shown.Grab(), vecWhole);
+
+    const struct
+    {
+        SVideoView view;
+        QColor top, bottom;
+    } aZooms[] = {{{0.5, 0.5, 0.5, 0.5}, g_blue, g_blue},
+                  {{0.0, 0.0, 0.25, 0.25}, g_red, g_red},
+                  // 8x across the middle: the edge between the halves stays
+                  // in the middle of the screen.
+                  {{0.4375, 0.4375, 0.125, 0.125}, g_red, g_blue}};
+    for (const auto& zoom : aZooms) {
+        AVFrame* pPart = CLS_VideoView::Cut(pFrame.get(), zoom.view);
+        QVERIFY(pPart);
+        QVERIFY(pOutput->Show(pPart));
+        av_frame_free(&pPart);
+        TRY_PIXELS(shown.Grab(), letterboxed(zoom.top, zoom.bottom));
+    }
+    QVERIFY(pOutput->Show(pFrame.get()));
+    TRY_PIXELS(shown.Grab(), vecWhole);
 }
 
 void TestVideoOutput::nativeWindowFailures()

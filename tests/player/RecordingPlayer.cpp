@@ -2,12 +2,14 @@
 #include "CLS_Player_Rk.h"
 
 #include <cstring>
+#include <cstdio>
 #include <mutex>
 #include <string>
 #include <thread>
 
 using RK_Framework::VideoPlayer::CLS_Player_Rk;
 using RK_Framework::VideoPlayer::ST_PlayerEventCallback;
+using RK_Framework::VideoPlayer::ST_ShownPicture;
 
 #define RECPLAYER_EXPORT extern "C" __attribute__((visibility("default")))
 
@@ -100,6 +102,29 @@ public:
         return strKey == Script().szAcceptedKey ? 0 : 1;
     }
     int IsBusy() override { return Recorded("IsBusy", Script().iIsBusy); }
+
+    // A 4 x 2 picture: the left half red, the right half blue.
+    bool GetShownPicture(ST_ShownPicture& _stPicture, bool _blPixels) override
+    {
+        Record(_blPixels ? "GetShownPicture(1)" : "GetShownPicture(0)");
+        _stPicture.m_iWidth = 4;
+        _stPicture.m_iHeight = 2;
+        _stPicture.m_dTime = Script().iPlayedTime;
+        _stPicture.m_vecRgb.clear();
+        if (_blPixels)
+            for (int i = 0; i < 8; ++i)
+                _stPicture.m_vecRgb.insert(_stPicture.m_vecRgb.end(),
+                                           {std::uint8_t(i % 4 < 2 ? 255 : 0), 0,
+                                            std::uint8_t(i % 4 < 2 ? 0 : 255)});
+        return true;
+    }
+    bool SetShownPart(double _dX, double _dY, double _dWidth, double _dHeight) override
+    {
+        char szCall[96];
+        std::snprintf(szCall, sizeof szCall, "SetShownPart(%.3g,%.3g,%.3g,%.3g)", _dX, _dY,
+                      _dWidth, _dHeight);
+        return Recorded(szCall);
+    }
 
 protected:
     int DoNormalSpeed() override { return Recorded("NormalSpeed", 0); }

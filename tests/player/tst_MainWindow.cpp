@@ -13,7 +13,13 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QImage>
+#include <QMenu>
+#include <QContextMenuEvent>
+#include <QWheelEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLibrary>
@@ -128,6 +134,64 @@ private slots:
                               "OpenFile(" + m_qstrClip + ")", "Play", "GetTotalTime"}));
         QVERIFY(qlstCalls.contains("OpenSound") && qlstCalls.contains("SetVolume(50)"));
         QCOMPARE(QuillTest::NewestHistroyEntry()[QLatin1String("path")].toString(), m_qstrClip);
+    }
+
+    // The keys of the video area: Ctrl+S writes the picture on screen into
+    // the remembered folder, never over an earlier still; the wheel zooms
+    // around the cursor and Ctrl+0 shows the whole picture again.
+    void stillAndZoomFromTheKeys()
+    {
+        RecPlayer::ST_Script stScript;
+        stScript.iPlayedTime = 65;
+        Script(stScript);
+        const QString qstrDir = m_pWorkDir->FilePath(QStringLiteral("stills"));
+        QVERIFY(QDir().mkpath(qstrDir));
+        KoService::SetParam("ModuleKoPlayer", "SnapshotDir", qstrDir.toStdString());
+        auto* pArea = m_pWindow->findChild<QWidget*>(QStringLiteral("openGLWgt"));
+        // A right click on the picture reaches the area's menu; a still
+        // needs a file.
+        QWidget* pSurface = pArea->childAt(pArea->rect().center());
+        QVERIFY(pSurface);
+        QContextMenuEvent menuEvent(QContextMenuEvent::Mouse, QPoint(5, 5));
+        QApplication::sendEvent(pSurface, &menuEvent);
+        auto* pMenu = pArea->findChild<QMenu*>(QStringLiteral("menu_video"));
+        QTRY_VERIFY(pMenu && pMenu->isVisible());
+        QVERIFY(!pMenu->findChild<QAction*>(QStringLiteral("action_snapshot"))->isEnabled());
+        pMenu->close();
+        Open(m_qstrClip);
+        m_pWindow->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_pWindow.get()));
+
+        for (const char* pName : {"clip_00-01-05.000.png", "clip_00-01-05.000_2.png"}) {
+            QTest::keyClick(pArea, Qt::Key_S, Qt::ControlModifier);
+            const QString qstrStill = QDir(qstrDir).filePath(QLatin1String(pName));
+            QTRY_VERIFY2(QFileInfo::exists(qstrStill), pName);
+            const QImage image(qstrStill);
+            QCOMPARE(image.size(), QSize(4, 2));
+            QCOMPARE(image.pixelColor(1, 1), QColor(Qt::red));
+            QCOMPARE(image.pixelColor(2, 0), QColor(Qt::blue));
+            QVERIFY(Notice().endsWith(QLatin1Char(' ') + QLatin1String(pName)));
+        }
+
+        Calls();
+        const QPointF posCentre = QRectF(pArea->rect()).center();
+        QWheelEvent wheel(posCentre, QPointF(pArea->mapToGlobal(posCentre.toPoint())), QPoint(),
+                          QPoint(0, 120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(pArea, &wheel);
+        QVERIFY(Seen(QStringLiteral("SetShownPart(0.1,0.1,0.8,0.8)")));
+        // A drag moves the zoomed picture, no further than its edge.
+        const auto mouse = [pArea](QEvent::Type _eType, const QPoint& _pt) {
+            QMouseEvent event(_eType, _pt, pArea->mapToGlobal(_pt), Qt::LeftButton,
+                              Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(pArea, &event);
+        };
+        mouse(QEvent::MouseButtonPress, posCentre.toPoint());
+        mouse(QEvent::MouseMove, posCentre.toPoint() - QPoint(5000, 0));
+        mouse(QEvent::MouseButtonRelease, posCentre.toPoint() - QPoint(5000, 0));
+        QVERIFY(Seen(QStringLiteral("SetShownPart(0.2,0.1,0.8,0.8)")));
+        QTest::keyClick(pArea, Qt::Key_0, Qt::ControlModifier);
+        QVERIFY(Seen(QStringLiteral("SetShownPart(0,0,1,1)")));
     }
 
     // Start positions: accepted up to the total, else 0 with a notice; the

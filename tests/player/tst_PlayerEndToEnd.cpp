@@ -11,8 +11,10 @@
 #include "ServiceFixture.h"
 
 #include <QAbstractButton>
+#include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -21,10 +23,12 @@
 #include <QListWidget>
 #include <QProcess>
 #include <QScreen>
+#include <QWheelEvent>
 #include <QtTest>
 
 #include <memory>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -98,7 +102,8 @@ private slots:
                      {"-v", "error", "-f", "lavfi", "-i",
                       QStringLiteral("testsrc2=size=320x180:rate=25:duration=%1").arg(kClipSeconds), "-f",
                       "lavfi", "-i", QStringLiteral("sine=duration=%1").arg(kClipSeconds), "-c:v", "libx264",
-                      "-preset", "ultrafast", "-g", "50", "-c:a", "aac", "-shortest", m_qstrClip}),
+                      "-preset", "ultrafast", "-g", "50", "-c:a", "aac", "-shortest", "-metadata",
+                      "creation_time=2024-03-15T10:23:45Z", m_qstrClip}),
                  0);
         KoService::SetParam("SystemConfig", "RenderingType", "0");
         m_pfnGetModule = reinterpret_cast<GetModuleFn>(
@@ -227,6 +232,63 @@ private slots:
             QVERIFY(qfFile.open(QIODevice::ReadOnly));
             QVERIFY2(!qfFile.readAll().contains(kPassword), qPrintable(qfFile.fileName()));
         }
+    }
+
+    // Paused after a step: Ctrl+S writes the picture on screen; the wheel
+    // zooms inside the letterbox and Ctrl+0 brings back the very same
+    // screen; the time label can follow the recording's clock.
+    void stillZoomAndClock()
+    {
+        const QString qstrStills = m_pWorkDir->FilePath(QStringLiteral("stills"));
+        QVERIFY(QDir().mkpath(qstrStills));
+        KoService::SetParam("ModuleKoPlayer", "SnapshotDir", qstrStills.toStdString());
+        OpenClip();
+        Key(m_pDialog.get(), Qt::Key_Space);
+        Bar("SignStepUp");
+        QTest::qWait(500);
+        QWidget* pVideo = Find("openGLWgt");
+        // The keys belong to the window the video is in.
+        m_pDialog->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_pDialog.get()));
+        QTest::keyClick(pVideo, Qt::Key_S, Qt::ControlModifier);
+        QDir dirStills(qstrStills);
+        QTRY_COMPARE(dirStills.entryList({"clip_*.png"}).size(), 1);
+        QCOMPARE(QImage(dirStills.filePath(dirStills.entryList({"clip_*.png"}).first())).size(),
+                 QSize(320, 180));
+
+        // Once the notice has been laid out, the paused screen stands still.
+        QImage imgWhole = VideoPixels();
+        const auto settled = [&] {
+            const QImage imgNow = VideoPixels();
+            return std::exchange(imgWhole, imgNow) == imgNow;
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(settled(), kHangMs);
+        QCOMPARE(imgWhole.pixelColor(2, imgWhole.height() / 2), QColor(Qt::black));
+        const QPoint ptCentre = pVideo->rect().center();
+        for (int i = 0; i < 4; ++i) {
+            QWheelEvent wheel(ptCentre, pVideo->mapToGlobal(ptCentre), QPoint(), QPoint(0, 120),
+                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(pVideo, &wheel);
+        }
+        QTRY_VERIFY_WITH_TIMEOUT(VideoPixels() != imgWhole, kHangMs);
+        const QImage imgZoomed = VideoPixels();
+        QCOMPARE(imgZoomed.pixelColor(2, imgZoomed.height() / 2), QColor(Qt::black));
+        QTest::keyClick(pVideo, Qt::Key_0, Qt::ControlModifier);
+        QTRY_COMPARE_WITH_TIMEOUT(VideoPixels(), imgWhole, kHangMs);
+
+        const int iPlayed = PlayedShown();
+        auto* pClock = m_pDialog->findChild<QAction*>(QStringLiteral("action_recorded_time"));
+        QVERIFY(pClock);
+        pClock->trigger();
+        const QString qstrExpected =
+            QDateTime(QDate(2024, 3, 15), QTime(10, 23, 45), Qt::UTC)
+                .addSecs(iPlayed)
+                .toLocalTime()
+                .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+        QTRY_COMPARE(static_cast<QLabel*>(Find("label_videoTime"))->text(), qstrExpected);
+        QCOMPARE(KoService::GetParam("ModuleKoPlayer", "ShowRecordedTime", ""), std::string("1"));
+        pClock->trigger();
+        QTRY_COMPARE(PlayedShown(), iPlayed);
     }
 
     void fullScreen()

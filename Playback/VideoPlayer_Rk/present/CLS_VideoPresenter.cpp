@@ -89,6 +89,23 @@ void CLS_VideoPresenter::SetObserver(FrameObserver _fnObserver)
     m_fnObserver = std::move(_fnObserver);
 }
 
+void CLS_VideoPresenter::SetView(const SVideoView& _view)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    m_viewPending = _view.Bounded();
+    m_blViewPending = true;
+    m_cvWake.notify_all();
+}
+
+AVFrame* CLS_VideoPresenter::CopyShown(long long& _llPts, double& _dTime)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_stShown.m_pFrame) return nullptr;
+    _llPts = m_stShown.m_llPts;
+    _dTime = m_stShown.m_dTime;
+    return av_frame_clone(m_stShown.m_pFrame);
+}
+
 void CLS_VideoPresenter::SetEndHandler(EndHandler _fnEnd)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
@@ -160,7 +177,8 @@ void CLS_VideoPresenter::IdleWait(double _dSeconds)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
     m_cvWake.wait_for(lock, std::chrono::duration<double>(_dSeconds), [this] {
-        return m_eCommand != EM_Command::None || m_blOutputPending || m_state.m_blAbort.load();
+        return m_eCommand != EM_Command::None || m_blOutputPending || m_blViewPending ||
+               m_state.m_blAbort.load();
     });
 }
 
@@ -177,7 +195,7 @@ void CLS_VideoPresenter::Show(ST_VideoFrame& _stFrame, bool _blFromQueue)
             m_cache.Clear();
         }
     }
-    if (m_pOutput) m_pOutput->Show(_stFrame.m_pFrame);
+    Output(_stFrame.m_pFrame);
     FrameObserver fnObserver;
     {
         std::lock_guard<std::mutex> lock(m_mutex);
@@ -185,12 +203,12 @@ void CLS_VideoPresenter::Show(ST_VideoFrame& _stFrame, bool _blFromQueue)
     }
     if (fnObserver) fnObserver(_stFrame.m_pFrame);
     if (_stFrame.m_iSerial != m_iShownSerial.load()) m_blEndRaised = false;
-    FreeVideoFrame(m_stShown);
-    m_stShown = _stFrame;
-    _stFrame = ST_VideoFrame{};
     m_tpLastRefresh = Clock::now();
     ++m_u64Shown;
     std::lock_guard<std::mutex> lock(m_mutex);
+    FreeVideoFrame(m_stShown);
+    m_stShown = _stFrame;
+    _stFrame = ST_VideoFrame{};
     m_llShownPts = m_stShown.m_llPts;
     m_dShownTime = m_stShown.m_dTime;
     m_iShownSerial = m_stShown.m_iSerial;
@@ -247,11 +265,24 @@ void CLS_VideoPresenter::CheckEnd()
 void CLS_VideoPresenter::TakePendingOutput()
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    if (!m_blOutputPending) return;
-    m_pOutput = std::move(m_pPendingOutput);
-    m_blOutputPending = false;
+    if (!m_blOutputPending && !m_blViewPending) return;
+    if (m_blOutputPending) m_pOutput = std::move(m_pPendingOutput);
+    if (m_blViewPending) m_view = m_viewPending;
+    m_blOutputPending = m_blViewPending = false;
     lock.unlock();
-    if (m_pOutput && m_stShown.m_pFrame) m_pOutput->Show(m_stShown.m_pFrame);
+    if (m_stShown.m_pFrame) Output(m_stShown.m_pFrame);
+}
+
+void CLS_VideoPresenter::Output(const AVFrame* _pFrame)
+{
+    if (!m_pOutput) return;
+    if (m_view.IsWhole()) {
+        m_pOutput->Show(_pFrame);
+        return;
+    }
+    AVFrame* pPart = CLS_VideoView::Cut(_pFrame, m_view);
+    m_pOutput->Show(pPart ? pPart : _pFrame);
+    av_frame_free(&pPart);
 }
 
 CLS_VideoPresenter::EM_Command CLS_VideoPresenter::PendingCommand()

@@ -10,6 +10,7 @@
 #include <thread>
 
 #include "CLS_FrameQueue.h"
+#include "CLS_VideoView.h"
 
 namespace RK_Framework::VideoPlayer {
 
@@ -44,6 +45,12 @@ public:
     // Shows black in the output and releases it (after Join only).
     void ClearOutput();
     void SetObserver(FrameObserver _fnObserver);
+    // Any thread: the part of the picture outputs show; a still picture is
+    // drawn again with it.
+    void SetView(const SVideoView& _view);
+    // Any thread: a new reference to the picture on screen (caller frees)
+    // and its time; null before the first picture.
+    AVFrame* CopyShown(long long& _llPts, double& _dTime);
     void SetEndHandler(EndHandler _fnEnd);
 
     // Nothing is shown before the first Play.
@@ -80,6 +87,8 @@ private:
     // Switches to an output handed over by SetOutput, showing the picture on
     // screen in it.
     void TakePendingOutput();
+    // Hands a picture to the output, cut to the view.
+    void Output(const AVFrame* _pFrame);
     EM_Command PendingCommand();
     void CarryOut(EM_Command _eCommand);
     bool ForwardFromQueue();
@@ -115,9 +124,13 @@ private:
     bool m_blOutputPending = false;
     FrameObserver m_fnObserver;
     EndHandler m_fnEnd;
+    SVideoView m_viewPending;
+    bool m_blViewPending = false;
 
     // Presenter thread only.
     std::unique_ptr<IVideoOutput> m_pOutput;
+    SVideoView m_view;
+    // Written by the presenter thread under m_mutex, so CopyShown can read it.
     ST_VideoFrame m_stShown;
     std::chrono::steady_clock::time_point m_tpLastRefresh;
     std::chrono::steady_clock::time_point m_tpLastLagRaise;

@@ -87,4 +87,9 @@ std::int64_t CLS_SdvIoContext::Seek(void* _pOpaque, std::int64_t _i64Offset, int
     return i64Target;
 }
 
+std::int64_t CLS_SdvIoContext::Created() const
+{
+    return m_pReader ? m_pReader->Header().m_i64Created : 0;
+}
+
 }  // namespace RK_Framework::VideoPlayer

@@ -25,6 +25,8 @@ public:
 
     // Null when FFmpeg could not allocate it.
     AVIOContext* Context() const { return m_pContext; }
+    // When the file was made, seconds since 1970 UTC; 0 when not recorded.
+    std::int64_t Created() const;
 
     // What an AVIOContext seek callback answers for a stream at _i64Pos of
     // _i64Size bytes: the new position (the size itself for AVSEEK_SIZE), or
