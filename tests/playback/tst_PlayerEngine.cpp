@@ -355,8 +355,6 @@ void TestPlayerEngine::seeksAndStepsFrameExactly()
     // included; of a dragged slider only the last position counts.
     for (int iPercent : {25, 99, 7}) {
         QVERIFY(p->SetPlayPos(iPercent));
-        if (iPercent == 25)  // a known fault, not yet fixed: picture 30 at 0 s
-            QEXPECT_FAIL("ps H.265 named mp4, clock ten hours in", "lands late", Continue);
         QTRY_VERIFY2(qAbs(stProbe.m_iLast.load() - iPercent) <= 1, where().constData());
     }
     for (int iPercent = 10; iPercent <= 90; iPercent += 4)

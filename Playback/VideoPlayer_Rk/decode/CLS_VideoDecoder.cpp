@@ -31,6 +31,9 @@ constexpr double kDecodeBudget = 0.6;
 // Decode times kept beyond what the decoder can hold back, for packets still
 // on their way through it.
 constexpr int kSpareDecodeTimes = 4;
+// Pictures without a time held after a seek until one with a time follows;
+// past this many the stream is taken to have none there.
+constexpr std::size_t kMaxUntimed = 16;
 }  // namespace
 
 CLS_VideoDecoder::CLS_VideoDecoder(CLS_SessionState& _state, CLS_PacketQueue& _packets,
@@ -41,6 +44,7 @@ CLS_VideoDecoder::CLS_VideoDecoder(CLS_SessionState& _state, CLS_PacketQueue& _p
 CLS_VideoDecoder::~CLS_VideoDecoder()
 {
     Join();
+    DropUntimed();
     FreeVideoFrame(m_stHeld);
     av_frame_free(&m_pScratch);
     av_frame_free(&m_pBlank);
@@ -345,6 +349,41 @@ void CLS_VideoDecoder::NoteDecodeTime(std::int64_t _i64Dts)
 
 void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
 {
+    const std::int64_t i64Pts = PictureTime(_pFrame);
+    // Program streams stamp only some pictures, and a seek may land on one
+    // without a stamp (often the keyframe itself). Counting on from an
+    // earlier picture is impossible there, so such pictures wait for the
+    // next one that has a time and are placed a picture apart before it.
+    if (i64Pts == AV_NOPTS_VALUE && !m_blHaveLast && m_blPictureTimes &&
+        m_vecUntimed.size() < kMaxUntimed) {
+        m_vecUntimed.push_back(_pFrame);
+        return;
+    }
+    PlaceUntimed(i64Pts);
+    Place(_pFrame, i64Pts);
+}
+
+void CLS_VideoDecoder::PlaceUntimed(std::int64_t _i64NextPts)
+{
+    std::vector<AVFrame*> vecUntimed;
+    vecUntimed.swap(m_vecUntimed);
+    const auto n = static_cast<std::int64_t>(vecUntimed.size());
+    for (std::int64_t i = 0; i < n; ++i) {
+        Place(vecUntimed[i], _i64NextPts == AV_NOPTS_VALUE
+                                 ? AV_NOPTS_VALUE
+                                 : _i64NextPts - (n - i) * m_i64NominalTicks);
+    }
+}
+
+void CLS_VideoDecoder::DropUntimed()
+{
+    for (AVFrame*& pFrame : m_vecUntimed)
+        av_frame_free(&pFrame);
+    m_vecUntimed.clear();
+}
+
+std::int64_t CLS_VideoDecoder::PictureTime(const AVFrame* _pFrame)
+{
     std::int64_t i64Pts = _pFrame->best_effort_timestamp;
     // Containers that store decode order only (avi) give B-frame streams no
     // picture times. Pictures come out in display order, and a constant
@@ -379,6 +418,11 @@ void CLS_VideoDecoder::HandleFrame(AVFrame* _pFrame)
             m_state.m_timeline.AddJoin(m_i64LastPos, m_i64LastPts, i64Raw, m_state.m_i64FirstPts))
             i64Pts = m_state.m_timeline.ToLine(i64Raw, m_i64LastPos);
     }
+    return i64Pts;
+}
+
+void CLS_VideoDecoder::Place(AVFrame* _pFrame, std::int64_t i64Pts)
+{
     if (i64Pts == AV_NOPTS_VALUE)
         i64Pts = m_blHaveLast ? m_i64LastPts + m_i64NominalTicks
                               : (m_blHaveFirst ? m_state.m_i64FirstPts : 0);
@@ -463,6 +507,7 @@ void CLS_VideoDecoder::RetryFurtherBack()
 void CLS_VideoDecoder::FinishStream()
 {
     Feed(nullptr);
+    PlaceUntimed(AV_NOPTS_VALUE);
     if (m_stSeek.m_i64Target != INT64_MIN && m_blFirstAfterSeek && !m_stSeek.m_blToStart) {
         // The seek ran into the end without a single picture (a bisection
         // that landed in the tail): go further back rather than show nothing.
@@ -482,6 +527,7 @@ void CLS_VideoDecoder::FinishStream()
 void CLS_VideoDecoder::Flush()
 {
     if (m_pCodec) avcodec_flush_buffers(m_pCodec);
+    DropUntimed();
     m_vecDecodeTimes.clear();
     m_blHaveBlank = m_blBlankPending = false;
 }

@@ -59,6 +59,16 @@ private:
     void FeedBlank(const AVPacket* _pPacket);
     void EmitBlank(std::int64_t _i64Pts, std::int64_t _i64Pos);
     void HandleFrame(AVFrame* _pFrame);
+    // The picture's place on the time line, or AV_NOPTS_VALUE when neither it
+    // nor the packets before it tell.
+    std::int64_t PictureTime(const AVFrame* _pFrame);
+    // Times the picture (counting on from the one before when it has none),
+    // then holds, delivers or drops it for the seek in progress.
+    void Place(AVFrame* _pFrame, std::int64_t _i64Pts);
+    // Places the held pictures without a time a picture apart before
+    // _i64NextPts (counted on from the last one when that is unknown too).
+    void PlaceUntimed(std::int64_t _i64NextPts);
+    void DropUntimed();
     void Deliver(ST_VideoFrame& _stFrame);
     void DeliverHeld();
     void FinishStream();
@@ -93,6 +103,8 @@ private:
     // Decode times of packets without picture times still inside the
     // decoder, in ascending order.
     std::vector<std::int64_t> m_vecDecodeTimes;
+    // Pictures after a seek still waiting for a time (see HandleFrame).
+    std::vector<AVFrame*> m_vecUntimed;
     // The stream has given a picture its own time: decode times are not needed.
     bool m_blPictureTimes = false;
     // Seconds of decoder time per picture, learnt while decoding everything.
