@@ -1,5 +1,6 @@
 #include "CLS_AudioDecoder.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <chrono>
@@ -94,6 +95,9 @@ void CLS_AudioDecoder::Run()
             m_dSkipUntil = stSeek.m_iSerial == m_iSerial && stSeek.m_i64Target != INT64_MIN
                                ? m_state.TimeOf(stSeek.m_i64Target)
                                : -1.0e300;
+            // Until a stamp says otherwise, sound continues from where the
+            // new position starts, not from where the old one stopped.
+            m_dNextTime = std::max(m_dSkipUntil, 0.0);
         }
         Feed(pPacket);
         if (!pPacket) avcodec_flush_buffers(m_pCodec);
