@@ -1,6 +1,9 @@
 // Runs a fuzz target's entry point over saved inputs, without libFuzzer: the
 // regression tests of the default build replay what the fuzzers once found.
-// Arguments are files, or folders whose files are all replayed.
+// Arguments are files, or folders whose files are all replayed. An input that
+// takes longer than the fuzz runs allow is a finding too, as it is there.
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -10,6 +13,10 @@
 #include <iterator>
 #include <string>
 #include <vector>
+
+namespace {
+constexpr unsigned kSecondsPerInput = 10;
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _sizeData);
 extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* _piArgc, char*** _pppArgv);
@@ -38,8 +45,10 @@ int main(int argc, char** argv)
                                         std::istreambuf_iterator<char>());
         std::printf("replaying %s (%zu bytes)\n", path.c_str(), vecData.size());
         std::fflush(stdout);
+        alarm(kSecondsPerInput);
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(vecData.data()),
                                vecData.size());
+        alarm(0);
     }
     // Nothing replayed means a wrong folder, not a pass.
     std::printf("%zu inputs replayed\n", vecInputs.size());

@@ -28,6 +28,10 @@ struct ST_SdvHeader
     static constexpr std::uint8_t kDefaultLog2N = 14;
     static constexpr std::uint8_t kDefaultR = 12;
     static constexpr std::uint8_t kDefaultP = 2;
+    // What a header may ask of scrypt at most: memory (128 * r * N bytes),
+    // and work (r * N * p), 43 times the default, a few seconds here.
+    static constexpr std::uint64_t kMaxScryptBytes = 256u * 1024u * 1024u;
+    static constexpr std::uint64_t kMaxScryptWork = std::uint64_t(1) << 24;
 
     enum EM_Parse { SDV_NOT_SDV, SDV_DAMAGED, SDV_OK };
 
