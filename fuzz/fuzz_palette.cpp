@@ -7,6 +7,7 @@
 #include <string>
 
 #include "CLS_PaletteStore.h"
+#include "FuzzJsonNames.h"
 #include "FuzzScratch.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _sizeData)
@@ -20,8 +21,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
                                                         static_cast<int>(_sizeData)))
             .object();
     for (auto itGroup = jsonRoot.begin(); itGroup != jsonRoot.end(); ++itGroup) {
+        if (!QuillFuzz::PlainName(itGroup.key(), jsonRoot)) continue;
         const QJsonObject jsonGroup = itGroup.value().toObject();
         for (auto itKey = jsonGroup.begin(); itKey != jsonGroup.end(); ++itKey) {
+            if (!QuillFuzz::PlainName(itKey.key(), jsonGroup)) continue;
             const std::string strColor = store.GetNamedColor(
                 itGroup.key().toStdString(), itKey.key().toStdString(), "dark");
             const std::string strWant =

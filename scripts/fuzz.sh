@@ -75,8 +75,7 @@ seeds() {
 seeds
 
 export ASAN_OPTIONS="detect_leaks=1:abort_on_error=1"
-cat tests/tools/lsan.supp fuzz/lsan.supp >"$build/lsan.supp"
-export LSAN_OPTIONS="suppressions=$PWD/$build/lsan.supp:print_suppressions=0"
+export LSAN_OPTIONS="suppressions=$PWD/tests/tools/lsan.supp:print_suppressions=0"
 export UBSAN_OPTIONS="print_stacktrace=1:halt_on_error=1"
 export SDL_AUDIODRIVER=dummy
 
@@ -88,11 +87,19 @@ for target in "${targets[@]}"; do
   findings=$build/findings/$target
   mkdir -p "$findings"
   log=$build/fuzz-$target.log
+  options=()
+  case $target in
+    # Qt's JSON parser loses memory on a name given twice in one object; the
+    # leak check libFuzzer then makes after each such input scans the whole
+    # heap, ever slower. What these readers allocate is Qt's values alone.
+    history | param | palette) options+=(-detect_leaks=0) ;;
+  esac
   start=$(date +%s)
   # One process at a time: the machine is shared. A slow input is a finding
   # too, but an engine run may step through a few seconds of a broken clip.
   "$bin" "$build/corpus/$target" -max_total_time="$seconds" -print_final_stats=1 \
-    -timeout=60 -close_fd_mask=2 -artifact_prefix="$findings/" ${QUILL_FUZZ_ARGS:-} >"$log" 2>&1 || true
+    -timeout=60 -close_fd_mask=2 -artifact_prefix="$findings/" "${options[@]}" ${QUILL_FUZZ_ARGS:-} \
+    >"$log" 2>&1 || true
   runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
   found=$(find "$findings" -type f | wc -l)
   printf '%-8s %12s %8s %ss\n' "$target" "${runs:-?}" "$found" "$(($(date +%s) - start))"
