@@ -31,6 +31,9 @@ option(QUILL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitize
 # clang only: instruments the whole tree for libFuzzer and adds the fuzz
 # targets (scripts/fuzz.sh).
 option(QUILL_FUZZ "Build the libFuzzer targets under fuzz/" OFF)
+if(QUILL_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  message(FATAL_ERROR "QUILL_FUZZ needs clang (libFuzzer); scripts/fuzz.sh configures it")
+endif()
 
 add_library(quill_config INTERFACE)
 add_library(Quill::config ALIAS quill_config)
