@@ -119,7 +119,10 @@ ST_SdvHeader::EM_Parse ST_SdvHeader::Parse(const std::uint8_t* _pData, std::size
     std::copy_n(_pData + kOffWrapped, stHeader.m_arrWrappedKey.size(),
                 stHeader.m_arrWrappedKey.begin());
 
-    if (stHeader.m_u32ChunkSize != kChunkSize) return SDV_DAMAGED;
+    // Sizes, positions and chunk counts are reckoned in signed 64 bits; a
+    // payload size beyond them would turn negative there.
+    if (stHeader.m_u32ChunkSize != kChunkSize || stHeader.m_u64PayloadSize > kMaxPayloadSize)
+        return SDV_DAMAGED;
     // Costs are bounded so that a forged header cannot make us allocate
     // gigabytes or think for minutes. Each parameter within its range is not
     // enough: N = 2^22 with r = 32 asks for 16 GiB, so their products are

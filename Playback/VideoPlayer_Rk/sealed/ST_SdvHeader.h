@@ -21,6 +21,7 @@ struct ST_SdvHeader
     static constexpr std::size_t kPrefixSize = 8;
     static constexpr std::size_t kWrapNonceSize = 12;
     static constexpr std::size_t kCodecSize = 16;
+    static constexpr std::uint64_t kMaxPayloadSize = std::uint64_t(1) << 62;
     // 24 MiB and about a tenth of a second on our 2-core machines: slow for
     // someone guessing, unnoticed by someone typing. The time comes from p,
     // not from a larger N, which outgrows the cache here and then costs
