@@ -10,8 +10,8 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _sizeData)
 {
-    const QString qstrPath = QString::fromStdString(
-        QuillFuzz::WriteScratchFile("HistroyInfo.json", _pData, _sizeData));
+    const QString qstrPath =
+        QString::fromStdString(QuillFuzz::WriteScratchFile("HistroyInfo.json", _pData, _sizeData));
     QMap<QString, int> mapPos;
     QVector<QString> vecPath;
     if (CLS_HistroyFile::Read(qstrPath, mapPos, vecPath) != CLS_HistroyFile::ReadResult::Loaded)
@@ -23,8 +23,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
     if (!CLS_HistroyFile::Write(qstrCopy, mapPos, vecPath)) QuillFuzz::Fail("history not written");
     QMap<QString, int> mapAgain;
     QVector<QString> vecAgain;
-    if (CLS_HistroyFile::Read(qstrCopy, mapAgain, vecAgain) !=
-        CLS_HistroyFile::ReadResult::Loaded)
+    if (CLS_HistroyFile::Read(qstrCopy, mapAgain, vecAgain) != CLS_HistroyFile::ReadResult::Loaded)
         QuillFuzz::Fail("a written history does not read back");
     if (vecAgain != vecPath || mapAgain != mapPos)
         QuillFuzz::Fail("the history changed on its way through the file");

@@ -25,8 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
         const QJsonObject jsonGroup = itGroup.value().toObject();
         for (auto itKey = jsonGroup.begin(); itKey != jsonGroup.end(); ++itKey) {
             if (!QuillFuzz::PlainName(itKey.key(), jsonGroup)) continue;
-            const std::string strColor = store.GetNamedColor(
-                itGroup.key().toStdString(), itKey.key().toStdString(), "dark");
+            const std::string strColor =
+                store.GetNamedColor(itGroup.key().toStdString(), itKey.key().toStdString(), "dark");
             const std::string strWant =
                 itKey.value().isString() ? itKey.value().toString().toStdString() : std::string();
             if (strColor != strWant) QuillFuzz::Fail("a colour other than the file's");

@@ -63,8 +63,8 @@ std::optional<ContentKey> KeyFor(const std::uint8_t* _pHeader, const ST_SdvHeade
 void RepairChecksum(std::vector<std::uint8_t>& _vecFile)
 {
     unsigned int uiSize = 0;
-    EVP_Digest(_vecFile.data(), kChecksumAt, _vecFile.data() + kChecksumAt, &uiSize,
-               EVP_sha256(), nullptr);
+    EVP_Digest(_vecFile.data(), kChecksumAt, _vecFile.data() + kChecksumAt, &uiSize, EVP_sha256(),
+               nullptr);
 }
 
 // Reads up to _i64Bytes from where the context stands; the count read.
@@ -89,7 +89,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
     std::vector<std::uint8_t> vecFile(_pData, _pData + _sizeData);
     ST_SdvHeader stHeader;
     bool blRepaired = false;
-    if (ST_SdvHeader::Parse(vecFile.data(), vecFile.size(), stHeader) == ST_SdvHeader::SDV_DAMAGED &&
+    if (ST_SdvHeader::Parse(vecFile.data(), vecFile.size(), stHeader) ==
+            ST_SdvHeader::SDV_DAMAGED &&
         vecFile.size() >= ST_SdvHeader::kSize) {
         RepairChecksum(vecFile);
         blRepaired = true;
@@ -121,7 +122,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
     if (i64Read > i64Size) QuillFuzz::Fail("more bytes read than the payload holds");
     if (!blSealed) {
         // A plain payload is the file's bytes after the header.
-        std::vector<std::uint8_t> vecBack(static_cast<std::size_t>(std::min<std::int64_t>(i64Size, 4096)));
+        std::vector<std::uint8_t> vecBack(
+            static_cast<std::size_t>(std::min<std::int64_t>(i64Size, 4096)));
         avio_seek(pIo, 0, SEEK_SET);
         const int iBack = avio_read(pIo, vecBack.data(), static_cast<int>(vecBack.size()));
         if (iBack > 0 && std::memcmp(vecBack.data(), vecFile.data() + ST_SdvHeader::kSize,
