@@ -28,6 +28,12 @@ file(RELATIVE_PATH QUILL_DATADIR_FROM_BINDIR
   "/${CMAKE_INSTALL_BINDIR}" "/${QUILL_INSTALL_DATADIR}")
 
 option(QUILL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+# clang only: instruments the whole tree for libFuzzer and adds the fuzz
+# targets (scripts/fuzz.sh).
+option(QUILL_FUZZ "Build the libFuzzer targets under fuzz/" OFF)
+if(QUILL_FUZZ AND NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+  message(FATAL_ERROR "QUILL_FUZZ needs clang (libFuzzer); scripts/fuzz.sh configures it")
+endif()
 
 add_library(quill_config INTERFACE)
 add_library(Quill::config ALIAS quill_config)
@@ -48,6 +54,14 @@ else()
   if(QUILL_SANITIZE)
     target_compile_options(quill_config INTERFACE
       -fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(quill_config INTERFACE -fsanitize=address,undefined)
+  endif()
+  if(QUILL_FUZZ)
+    # Coverage for the fuzzer in every library; only the fuzz targets link
+    # libFuzzer's main.
+    target_compile_options(quill_config INTERFACE
+      -fsanitize=fuzzer-no-link,address,undefined -fno-omit-frame-pointer
+      -fno-sanitize-recover=undefined)
     target_link_options(quill_config INTERFACE -fsanitize=address,undefined)
   endif()
 endif()

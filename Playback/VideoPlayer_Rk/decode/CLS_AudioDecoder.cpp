@@ -117,6 +117,11 @@ void CLS_AudioDecoder::Feed(const AVPacket* _pPacket)
 
 void CLS_AudioDecoder::Convert(AVFrame* _pFrame)
 {
+    // A resampler fed frames of another layout than it was made for reads
+    // planes that are not there.
+    if (m_pSwr && (_pFrame->format != m_iSwrFormat || _pFrame->sample_rate != m_iSwrRate ||
+                   _pFrame->ch_layout.nb_channels != m_iSwrChannels))
+        swr_free(&m_pSwr);
     if (!m_pSwr) {
         AVChannelLayout stOutLayout;
         av_channel_layout_default(&stOutLayout, m_output.Channels());
@@ -135,6 +140,9 @@ void CLS_AudioDecoder::Convert(AVFrame* _pFrame)
             swr_free(&m_pSwr);
             return;
         }
+        m_iSwrFormat = _pFrame->format;
+        m_iSwrRate = _pFrame->sample_rate;
+        m_iSwrChannels = _pFrame->ch_layout.nb_channels;
     }
     const int iOutMax = swr_get_out_samples(m_pSwr, _pFrame->nb_samples) + 32;
     if (iOutMax <= 0) return;

@@ -42,6 +42,11 @@ private:
     AVCodecContext* m_pCodec = nullptr;
     AVFrame* m_pFrame = nullptr;
     SwrContext* m_pSwr = nullptr;
+    // The input the resampler was made for: a damaged stream can change it
+    // from one frame to the next.
+    int m_iSwrFormat = -1;
+    int m_iSwrRate = 0;
+    int m_iSwrChannels = 0;
     double m_dTimeBase = 0.0;
     int m_iSerial = -1;
     double m_dNextTime = 0.0;        // where the next chunk starts when it has no stamp

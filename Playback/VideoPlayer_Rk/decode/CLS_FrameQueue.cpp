@@ -38,6 +38,19 @@ bool CLS_FrameQueue::Put(ST_VideoFrame _stFrame)
     return true;
 }
 
+bool CLS_FrameQueue::PutNoWait(ST_VideoFrame _stFrame)
+{
+    std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_blAbort || m_dqFrames.size() >= m_sizeCapacity ||
+        _stFrame.m_iSerial != m_iLatestSerial.load()) {
+        FreeVideoFrame(_stFrame);
+        return false;
+    }
+    m_dqFrames.push_back(_stFrame);
+    m_cvChanged.notify_all();
+    return true;
+}
+
 bool CLS_FrameQueue::Peek(ST_VideoFrame& _stFrame, std::chrono::milliseconds _timeout)
 {
     std::unique_lock<std::mutex> lock(m_mutex);

@@ -37,6 +37,9 @@ public:
     // Takes ownership of the frame. Waits for room; false (frame freed) when
     // the entry went stale or the queue was aborted meanwhile.
     bool Put(ST_VideoFrame _stFrame);
+    // Put for a producer that nobody consumes from yet: false (and the
+    // picture freed) when the queue is full, instead of waiting for ever.
+    bool PutNoWait(ST_VideoFrame _stFrame);
     // Waits up to _timeout for the head; the head stays queued.
     bool Peek(ST_VideoFrame& _stFrame, std::chrono::milliseconds _timeout);
     // Second entry, if queued.

@@ -137,6 +137,10 @@ bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacke
     m_iSerial = m_state.m_iSerial.load();
     AVPacket* pPacket = av_packet_alloc();
     if (!pPacket) return false;
+    // One packet of a damaged stream, or the flush at its end, can give more
+    // pictures than the queue holds; nobody takes them out yet, so the ones
+    // past its size are dropped rather than waited on.
+    m_blOpening = true;
     for (int i = 0; i < kMaxPacketsForFirst && m_frames.Count() == 0; ++i) {
         const int iRet = _source.Read(pPacket);
         if (iRet == AVERROR(EAGAIN)) continue;
@@ -158,6 +162,7 @@ bool CLS_VideoDecoder::DecodeFirst(CLS_MediaSource& _source, std::vector<AVPacke
         av_packet_unref(pPacket);
     }
     av_packet_free(&pPacket);
+    m_blOpening = false;
     if (m_frames.Count() == 0) {
         _strError = "no picture could be decoded";
         return false;
@@ -482,7 +487,10 @@ void CLS_VideoDecoder::Deliver(ST_VideoFrame& _stFrame)
 {
     ST_VideoFrame stOut = _stFrame;
     _stFrame = ST_VideoFrame{};
-    m_frames.Put(stOut);
+    if (m_blOpening)
+        m_frames.PutNoWait(stOut);
+    else
+        m_frames.Put(stOut);
 }
 
 void CLS_VideoDecoder::DeliverHeld()

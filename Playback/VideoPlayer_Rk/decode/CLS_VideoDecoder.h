@@ -89,6 +89,8 @@ private:
 
     int m_iSerial = 0;
     ST_SeekRequest m_stSeek;
+    // Decoding on the opening thread, before anything takes pictures out.
+    bool m_blOpening = false;
     bool m_blWaitKey = true;
     int m_iSkippedForKey = 0;
     bool m_blFirstAfterSeek = false;

@@ -119,12 +119,19 @@ ST_SdvHeader::EM_Parse ST_SdvHeader::Parse(const std::uint8_t* _pData, std::size
     std::copy_n(_pData + kOffWrapped, stHeader.m_arrWrappedKey.size(),
                 stHeader.m_arrWrappedKey.begin());
 
-    if (stHeader.m_u32ChunkSize != kChunkSize) return SDV_DAMAGED;
+    // Sizes, positions and chunk counts are reckoned in signed 64 bits; a
+    // payload size beyond them would turn negative there.
+    if (stHeader.m_u32ChunkSize != kChunkSize || stHeader.m_u64PayloadSize > kMaxPayloadSize)
+        return SDV_DAMAGED;
     // Costs are bounded so that a forged header cannot make us allocate
-    // gigabytes or think for minutes.
+    // gigabytes or think for minutes. Each parameter within its range is not
+    // enough: N = 2^22 with r = 32 asks for 16 GiB, so their products are
+    // bounded as well.
     if (stHeader.m_blSealed &&
         (u8Kdf != kKdfScrypt || stHeader.m_u8Log2N < 10 || stHeader.m_u8Log2N > 22 ||
          stHeader.m_u8R < 1 || stHeader.m_u8R > 32 || stHeader.m_u8P < 1 || stHeader.m_u8P > 16 ||
+         (std::uint64_t(128) * stHeader.m_u8R << stHeader.m_u8Log2N) > kMaxScryptBytes ||
+         (std::uint64_t(stHeader.m_u8R) * stHeader.m_u8P << stHeader.m_u8Log2N) > kMaxScryptWork ||
          stHeader.ChunkCount() > UINT32_MAX))
         return SDV_DAMAGED;
     if (!stHeader.m_blSealed && u8Kdf != kKdfNone) return SDV_DAMAGED;

@@ -21,6 +21,7 @@ struct ST_SdvHeader
     static constexpr std::size_t kPrefixSize = 8;
     static constexpr std::size_t kWrapNonceSize = 12;
     static constexpr std::size_t kCodecSize = 16;
+    static constexpr std::uint64_t kMaxPayloadSize = std::uint64_t(1) << 62;
     // 24 MiB and about a tenth of a second on our 2-core machines: slow for
     // someone guessing, unnoticed by someone typing. The time comes from p,
     // not from a larger N, which outgrows the cache here and then costs
@@ -28,6 +29,10 @@ struct ST_SdvHeader
     static constexpr std::uint8_t kDefaultLog2N = 14;
     static constexpr std::uint8_t kDefaultR = 12;
     static constexpr std::uint8_t kDefaultP = 2;
+    // What a header may ask of scrypt at most: memory (128 * r * N bytes),
+    // and work (r * N * p), 43 times the default, a few seconds here.
+    static constexpr std::uint64_t kMaxScryptBytes = 256u * 1024u * 1024u;
+    static constexpr std::uint64_t kMaxScryptWork = std::uint64_t(1) << 24;
 
     enum EM_Parse { SDV_NOT_SDV, SDV_DAMAGED, SDV_OK };
 
