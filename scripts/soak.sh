@@ -9,6 +9,8 @@ cd "$(dirname "$0")/../build/tests"
 export QUILL_SOAK_CYCLES="${QUILL_SOAK_CYCLES:-500}"
 export QUILL_SOAK_DIALOGS="${QUILL_SOAK_DIALOGS:-100}"
 export QUILL_FAULT_OPERATIONS="${QUILL_FAULT_OPERATIONS:-10000}"
+# Qt Test's limit per test function (five minutes) is far too short here.
+export QTEST_FUNCTION_TIMEOUT="${QTEST_FUNCTION_TIMEOUT:-14400000}"
 export QT_QPA_PLATFORM=xcb SDL_AUDIODRIVER=dummy QT_LOGGING_RULES='qt.qpa.*=false'
 status=0
 for program in tst_Soak tst_Faults; do
