@@ -1,22 +1,13 @@
 #include "CLS_HostServices.h"
 
-#include "KoAppManagerApi.h"
-#include "KoColorManageApi.h"
 #include "KoLogApi.h"
 #include "KoParamApi.h"
 #include "KoServices.h"
 #include "KoTaskPoolApi.h"
-#include "PlatformLibrary.h"
 
 #include <QDir>
 
 namespace {
-
-QString MissingLibrary(const char* _pBaseName)
-{
-    return QStringLiteral("the service library %1 cannot be loaded")
-        .arg(QString::fromStdString(BriskPlatform::LibraryFileName(_pBaseName)));
-}
 
 void SetDefaultParam(const char* _pSection, const char* _pKey, const char* _pValue)
 {
@@ -37,44 +28,30 @@ CLS_HostServices::~CLS_HostServices()
 bool CLS_HostServices::Start(const QString& _qstrConfigDir, const QString& _qstrLogDir,
                              QString& _qstrError)
 {
-    const auto pfnLogInit = reinterpret_cast<KoLogApi::InitFn>(GetKoLogFunc("Init"));
-    if (!pfnLogInit) {
-        _qstrError = MissingLibrary(KoLogApi::kLibraryName);
-        return false;
+    // A service library that cannot be loaded is not fatal: the loader has
+    // said so on the console, and every call into it answers its neutral value
+    // (no log lines, default parameters, no pooled tasks, no colours). Only a
+    // library that is present but cannot start stops the host.
+    if (const auto pfnLogInit = reinterpret_cast<KoLogApi::InitFn>(GetKoLogFunc("Init"))) {
+        if (!pfnLogInit(_qstrLogDir.toStdString(), KoLogApi::Info)) {
+            _qstrError = QStringLiteral("cannot write logs below %1").arg(_qstrLogDir);
+            return false;
+        }
+        m_blLogStarted = true;
     }
-    if (!pfnLogInit(_qstrLogDir.toStdString(), KoLogApi::Info)) {
-        _qstrError = QStringLiteral("cannot write logs below %1").arg(_qstrLogDir);
-        return false;
-    }
-    m_blLogStarted = true;
 
-    const auto pfnParamInit = reinterpret_cast<KoParamApi::InitFn>(GetKoParamFunc("Init"));
-    if (!pfnParamInit) {
-        _qstrError = MissingLibrary(KoParamApi::kLibraryName);
-        return false;
+    if (const auto pfnParamInit = reinterpret_cast<KoParamApi::InitFn>(GetKoParamFunc("Init"))) {
+        const QString qstrSettings = QDir(_qstrConfigDir).filePath(QStringLiteral("QuillPlayer.json"));
+        if (!pfnParamInit(qstrSettings.toStdString())) {
+            _qstrError = QStringLiteral("cannot open the settings %1").arg(qstrSettings);
+            return false;
+        }
+        m_blParamStarted = true;
+        SetDefaultParam("SystemConfig", "skin", "dark");
+        SetDefaultParam("SystemConfig", "RenderingType", "0");
     }
-    const QString qstrSettings = QDir(_qstrConfigDir).filePath(QStringLiteral("QuillPlayer.json"));
-    if (!pfnParamInit(qstrSettings.toStdString())) {
-        _qstrError = QStringLiteral("cannot open the settings %1").arg(qstrSettings);
-        return false;
-    }
-    m_blParamStarted = true;
-    SetDefaultParam("SystemConfig", "skin", "dark");
-    SetDefaultParam("SystemConfig", "RenderingType", "0");
 
-    if (!GetKoTaskPoolFunc("AddTmpTask")) {
-        _qstrError = MissingLibrary(KoTaskPoolApi::kLibraryName);
-        return false;
-    }
-    m_blTaskPoolStarted = true;
-    if (!GetKoAppManagerFunc("GetAppSignals")) {
-        _qstrError = MissingLibrary(KoAppManagerApi::kLibraryName);
-        return false;
-    }
-    if (!GetKoColorManageFunc("GetNamedColor")) {
-        _qstrError = MissingLibrary(KoColorManageApi::kLibraryName);
-        return false;
-    }
+    m_blTaskPoolStarted = GetKoTaskPoolFunc("AddTmpTask") != nullptr;
     return true;
 }
 

@@ -13,8 +13,8 @@ public:
     CLS_HostServices& operator=(const CLS_HostServices&) = delete;
 
     // Logs into _qstrLogDir, parameters in "<_qstrConfigDir>/QuillPlayer.json"
-    // with the defaults a first start needs. False with the reason when a
-    // library is missing or refuses to start.
+    // with the defaults a first start needs. A missing library is skipped;
+    // false with the reason when a present one refuses to start.
     bool Start(const QString& _qstrConfigDir, const QString& _qstrLogDir, QString& _qstrError);
     void Stop();
 

@@ -140,11 +140,17 @@ void MainWindow::LoadStyleSheet()
 void MainWindow::CreateRenderSurface()
 {
     m_blGLRendering = IsGLRendering();
-    m_pRenderWgt = m_blGLRendering ? CLS_GLWgtLibLoader::CreateGLWgt() : new QWidget(this);
+    m_pRenderWgt = m_blGLRendering ? CLS_GLWgtLibLoader::CreateGLWgt() : nullptr;
+    // Without the render library (already logged by the loader) the video
+    // goes to a plain widget, as when the plain surface was chosen.
+    if (!m_pRenderWgt) {
+        m_blGLRendering = false;
+        m_pRenderWgt = new QWidget(this);
+    }
     auto* pLayout = new QHBoxLayout();
     pLayout->setSpacing(0);
     pLayout->setContentsMargins(0, 0, 0, 0);
-    if (m_pRenderWgt) pLayout->addWidget(m_pRenderWgt);
+    pLayout->addWidget(m_pRenderWgt);
     ui->openGLWgt->setLayout(pLayout);
 }
 
