@@ -124,47 +124,6 @@ private slots:
         QCOMPARE(qbaOutput.contains(qstrLeftOut.toLocal8Bit() + "] fail !!!"), blAsked);
     }
 
-    void fileChangesWhilePlaying_data()
-    {
-        QTest::addColumn<QString>("qstrChange");
-        QTest::newRow("still being written") << "grow";
-        QTest::newRow("truncated") << "truncate";
-        QTest::newRow("deleted") << "delete";
-    }
-    void fileChangesWhilePlaying()
-    {
-        QFETCH(QString, qstrChange);
-        QFile qfClip(m_qstrClip);
-        QVERIFY(qfClip.open(QIODevice::ReadOnly));
-        const QByteArray qbaClip = qfClip.readAll();
-        const QString qstrPath = m_pRig->WorkDir().FilePath(QStringLiteral("changing.ts"));
-        QFile qfChanging(qstrPath);
-        QVERIFY(qfChanging.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        const int iStart = qstrChange == QLatin1String("grow") ? qbaClip.size() / 5 : qbaClip.size();
-        qfChanging.write(qbaClip.left(iStart));
-        qfChanging.flush();
-
-        QuillTest::GuiStallMeter meter;
-        QVERIFY(m_pRig->Open(qstrPath));
-        QTRY_VERIFY_WITH_TIMEOUT(m_pRig->PlayedShown() >= 1, kHangMs);
-        if (qstrChange == QLatin1String("grow")) {
-            // A recorder's pace: the rest arrives faster than it plays.
-            for (int iAt = iStart; iAt < qbaClip.size(); iAt += qbaClip.size() / 20) {
-                qfChanging.write(qbaClip.mid(iAt, qbaClip.size() / 20));
-                qfChanging.flush();
-                QTest::qWait(250);
-            }
-        } else if (qstrChange == QLatin1String("truncate")) {
-            QVERIFY(qfChanging.resize(qbaClip.size() / 3));
-        } else {
-            qfChanging.close();
-            QVERIFY(QFile::remove(qstrPath));
-        }
-        QTest::qWait(3000);
-        QVERIFY2(meter.LongestGapMs() < kStallMs, qPrintable(QString::number(meter.LongestGapMs())));
-        PlaysAgain();
-    }
-
     // A source that stops delivering: the GUI thread keeps running, and the
     // player turns to the next file when asked.
     void stallingPipe()
