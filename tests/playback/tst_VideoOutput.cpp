@@ -103,13 +103,20 @@ void TestVideoOutput::renderWidget_data()
     QTest::newRow("native window") << false;
 }
 
-void TestVideoOutput::renderWidget()
+// The render widgets made from here on: OpenGL, or the native window where
+// OpenGL draws on the CPU.
+static void ChooseRenderPath(bool _blOpenGl)
 {
-    QFETCH(bool, blOpenGl);
-    if (blOpenGl)
+    if (_blOpenGl)
         qputenv("QUILL_RENDER_GL", "1");
     else
         qunsetenv("QUILL_RENDER_GL");
+}
+
+void TestVideoOutput::renderWidget()
+{
+    QFETCH(bool, blOpenGl);
+    ChooseRenderPath(blOpenGl);
     ShownWidget shown(QSize(640, 360));
     QVERIFY(shown.Ready());
     if (!blOpenGl && QGL_NativeWindow(shown.Handle()) == 0)
@@ -281,10 +288,7 @@ void TestVideoOutput::nativeWindowFollowsSize()
 void TestVideoOutput::zoomKeepsTheLetterbox()
 {
     QFETCH(bool, blOpenGl);
-    if (blOpenGl)
-        qputenv("QUILL_RENDER_GL", "1");
-    else
-        qunsetenv("QUILL_RENDER_GL");
+    ChooseRenderPath(blOpenGl);
     ShownWidget shown(QSize(640, 360));
     QVERIFY(shown.Ready());
     if (!blOpenGl && QGL_NativeWindow(shown.Handle()) == 0)

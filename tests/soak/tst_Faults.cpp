@@ -12,6 +12,7 @@
 #include <QFile>
 #include <QImage>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QtTest>
 
 #include <random>
@@ -103,6 +104,11 @@ private slots:
         QVERIFY(CopyInstallationWithout(installDir.path(), qstrLeftOut));
         const QString qstrShot = workDir.filePath(QStringLiteral("shot.png"));
         QByteArray qbaOutput;
+        // A search path set for the build (the sanitized run sets one) would
+        // find the library left out there.
+        const QByteArray qbaSearchPath = qgetenv("LD_LIBRARY_PATH");
+        qputenv("LD_LIBRARY_PATH", installDir.path().toLocal8Bit());
+        const auto restore = qScopeGuard([&] { qputenv("LD_LIBRARY_PATH", qbaSearchPath); });
         QCOMPARE(QuillTest::RunProgram(installDir.filePath(QStringLiteral("quillplayer")),
                                        QStringList{m_qstrClip, "--workdir", workDir.path(), "--screenshot", qstrShot,
                                                    "--after", "2000"} +
