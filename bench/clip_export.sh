@@ -9,6 +9,10 @@
 # FROM and TO (seconds) to 10 and 190; RUNS to 3, the best run counts. Figures
 # for a warm page cache: the first run reads the file from disk.
 set -eu
+case "${1:-}" in
+  -h|--help) sed -n '2,10s/^# \{0,1\}//p' "$0"; exit 0 ;;
+  -*) echo "clip_export: unknown option $1 (see --help)" >&2; exit 2 ;;
+esac
 here=$(cd "$(dirname "$0")" && pwd)
 bin=${QUILL_BIN:-$here/../build/bin}
 cache=${XDG_CACHE_HOME:-$HOME/.cache}
