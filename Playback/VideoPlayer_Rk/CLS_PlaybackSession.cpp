@@ -58,10 +58,11 @@ CLS_PlaybackSession::CLS_PlaybackSession()
 
 CLS_PlaybackSession::~CLS_PlaybackSession()
 {
-    Shutdown();
+    Halt();
+    m_demuxer.Join();
 }
 
-void CLS_PlaybackSession::Shutdown()
+void CLS_PlaybackSession::Halt()
 {
     m_state.m_blAbort = true;
     m_state.Wake();
@@ -70,8 +71,8 @@ void CLS_PlaybackSession::Shutdown()
     m_audioPackets.Abort();
     m_frames.Abort();
     m_audio.Abort();
+    // None of these reads the source: they wait on queues, now aborted.
     m_presenter.Join();
-    m_demuxer.Join();
     m_videoDecoder.Join();
     m_audioDecoder.Join();
     m_audio.Close();

@@ -19,6 +19,11 @@
 // - SDL audio callback (CLS_AudioOutput): takes samples from the buffer,
 //   lines them up with the clock, and what it has played is the clock at 1X.
 //
+// Opening and the last part of closing (the demux thread's end and the
+// container's) run on short-lived threads of their own, "quill-open" and
+// "quill-close" (CLS_StallGuard), so that a source gone silent never holds
+// the caller; everything else is called from the caller's thread.
+//
 // A seek bumps the serial in CLS_SessionState: from then on everything older
 // in the queues is stale. The frame queue and the presenter are woken (a
 // decoder waiting for room drops its stale picture) and the sound buffer is
@@ -59,7 +64,8 @@ namespace RK_Framework::VideoPlayer {
 class IVideoOutput;
 
 // One opened file and the threads that play it. Created by OpenFile,
-// destroyed by Stop; all its operations are called from one thread.
+// destroyed by Stop; Open runs on one thread, and every other operation on
+// the caller's.
 class CLS_PlaybackSession
 {
 public:
@@ -73,6 +79,8 @@ public:
 
     // _pIo: optional byte source for the file (not owned; must outlive us).
     bool Open(const std::string& _strPath, std::string& _strError, AVIOContext* _pIo = nullptr);
+    // Moves while Open reads (for a caller that waits on another thread).
+    std::uint64_t OpenProgress() const { return m_source.Progress(); }
     void SetEndHandler(EndHandler _fnEnd);
     void SetObserver(FrameObserver _fnObserver);
 
@@ -101,6 +109,12 @@ public:
     void SetSoundOn(bool _blOn);
     void SetVolume(int _iPercent);
 
+    // Stops the pictures and the sound, and lets go of the window and the
+    // sound device: the part of closing that must happen on the caller's
+    // thread. The demux thread may still wait on its source; the destructor
+    // waits for it.
+    void Halt();
+
     std::uint64_t DroppedFrames() const { return m_presenter.DroppedFrames(); }
     std::uint64_t ShownFrames() const { return m_presenter.ShownFrames(); }
 
@@ -113,7 +127,6 @@ private:
     // that starts hours in read as the time of day.
     void FindRecordingClock();
     std::int64_t RecordedMs(long long _llLinePts) const;
-    void Shutdown();
 
     CLS_SessionState m_state;
     CLS_PlayClock m_clock;

@@ -6,10 +6,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <filesystem>
+#include <system_error>
 
 #include "CLS_PlaybackSession.h"
 #include "CLS_SdvIoContext.h"
 #include "CLS_SdvReader.h"
+#include "CLS_StallGuard.h"
 #include "IVideoOutput.h"
 #include "PlatformThread.h"
 
@@ -40,7 +43,75 @@ double SpeedOf(int _iIndex)
     return std::ldexp(1.0, _iIndex - CLS_VideoPlayerEngine::kNormalSpeedIndex);
 }
 
+// How long an opening may go without reading anything before the caller
+// gives up on it, and how long closing may take before it finishes alone.
+constexpr int kOpenSilenceMs = 500;
+constexpr int kCloseWaitMs = 250;
+
+// The sealed-file check reads the first bytes, which a pipe would not give
+// again to FFmpeg: only files are checked.
+bool IsPlainFile(const std::string& _strPath)
+{
+    std::error_code error;
+    return std::filesystem::is_regular_file(std::filesystem::u8path(_strPath), error);
+}
+
 }  // namespace
+
+// A file being opened, or closed: everything the work on the other thread
+// touches, owned by it.
+struct CLS_VideoPlayerEngine::SOpening
+{
+    std::string strPath;
+    // Set before opening when the file is already known sealed and unlocked.
+    std::unique_ptr<CLS_SdvIoContext> pIo;
+    std::unique_ptr<CLS_PlaybackSession> pSession;
+    // The outcome: opened, or sealed and waiting for its key, or neither.
+    bool blOpened = false;
+    bool blDamaged = false;
+    std::unique_ptr<CLS_SdvReader> pLocked;
+    std::string strError;
+
+    void Open()
+    {
+        // An .sdv file is known by its first bytes, whatever its name; any
+        // other file goes to FFmpeg as it is.
+        if (!pIo && IsPlainFile(strPath)) {
+            auto pReader = std::make_unique<CLS_SdvReader>();
+            switch (pReader->Open(strPath)) {
+                case CLS_SdvReader::OPEN_NOT_SDV:
+                case CLS_SdvReader::OPEN_IO_ERROR:
+                    break;
+                case CLS_SdvReader::OPEN_DAMAGED:
+                    blDamaged = true;
+                    return;
+                case CLS_SdvReader::OPEN_OK:
+                    if (!pReader->Readable()) {
+                        pLocked = std::move(pReader);
+                        return;
+                    }
+                    pIo = std::make_unique<CLS_SdvIoContext>(std::move(pReader), strPath);
+                    break;
+            }
+        }
+        if (pIo && !pIo->Context()) {
+            strError = "out of memory";
+            return;
+        }
+        try {
+            blOpened = pSession->Open(strPath, strError, pIo ? pIo->Context() : nullptr);
+        } catch (const std::exception& e) {
+            strError = e.what();
+        }
+    }
+
+    // The session reads through the sealed file's context: it goes first.
+    void Release()
+    {
+        pSession.reset();
+        pIo.reset();
+    }
+};
 
 CLS_VideoPlayerEngine::CLS_VideoPlayerEngine()
 {
@@ -61,7 +132,16 @@ CLS_VideoPlayerEngine::~CLS_VideoPlayerEngine()
 
 void CLS_VideoPlayerEngine::CloseFile()
 {
-    m_pSession.reset();
+    if (m_pSession) {
+        // Pictures and sound stop here; the rest, which may wait on a source
+        // that went silent, closes on its own thread.
+        m_pSession->Halt();
+        auto pClosing = std::make_shared<SOpening>();
+        pClosing->pSession = std::move(m_pSession);
+        pClosing->pIo = std::move(m_pIo);
+        CLS_StallGuard::Run(
+            "quill-close", [pClosing] { pClosing->Release(); }, nullptr, kCloseWaitMs);
+    }
     m_pIo.reset();
     m_pLocked.reset();
     m_pWaitingOutput.reset();
@@ -81,44 +161,50 @@ bool CLS_VideoPlayerEngine::OpenFile(const std::string& _strPath)
             m_strLastError = "no file named";
             return false;
         }
-        // An .sdv file is known by its first bytes, whatever its name; any
-        // other file goes to FFmpeg as it is.
-        auto pReader = std::make_unique<CLS_SdvReader>();
-        switch (pReader->Open(_strPath)) {
-            case CLS_SdvReader::OPEN_NOT_SDV:
-            case CLS_SdvReader::OPEN_IO_ERROR:
-                return StartSession(_strPath, nullptr);
-            case CLS_SdvReader::OPEN_DAMAGED:
-                m_strLastError = "damaged .sdv header";
-                std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", _strPath.c_str(),
-                             m_strLastError.c_str());
-                return false;
-            case CLS_SdvReader::OPEN_OK:
-                break;
+        auto pOpening = std::make_shared<SOpening>();
+        pOpening->strPath = _strPath;
+        pOpening->pSession = std::make_unique<CLS_PlaybackSession>();
+        if (!OpenGuarded(pOpening)) return false;
+        if (pOpening->blDamaged) {
+            m_strLastError = "damaged .sdv header";
+            std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", _strPath.c_str(),
+                         m_strLastError.c_str());
+            return false;
         }
-        if (pReader->Readable())
-            return StartSession(_strPath,
-                                std::make_unique<CLS_SdvIoContext>(std::move(pReader), _strPath));
-        m_pLocked = std::move(pReader);
-        m_strLastPath = _strPath;
-        m_strLastError.clear();
-        m_iSpeedIndex = kNormalSpeedIndex;
-        RaiseLater(PLAYER_EVENT_PASSWORD_NEEDED);
+        if (pOpening->pLocked) {
+            m_pLocked = std::move(pOpening->pLocked);
+            m_strLastPath = _strPath;
+            m_strLastError.clear();
+            m_iSpeedIndex = kNormalSpeedIndex;
+            RaiseLater(PLAYER_EVENT_PASSWORD_NEEDED);
+            return true;
+        }
+        if (!pOpening->blOpened) {
+            m_strLastError = pOpening->strError;
+            return false;
+        }
+        StartSession(*pOpening);
         return true;
     });
 }
 
-bool CLS_VideoPlayerEngine::StartSession(const std::string& _strPath,
-                                         std::unique_ptr<CLS_SdvIoContext> _pIo)
+bool CLS_VideoPlayerEngine::OpenGuarded(const std::shared_ptr<SOpening>& _pOpening)
 {
-    if (_pIo && !_pIo->Context()) {
-        m_strLastError = "out of memory";
-        return false;
-    }
-    auto pSession = std::make_unique<CLS_PlaybackSession>();
-    if (!pSession->Open(_strPath, m_strLastError, _pIo ? _pIo->Context() : nullptr)) return false;
-    m_pIo = std::move(_pIo);
+    const CLS_PlaybackSession* pSession = _pOpening->pSession.get();
+    if (CLS_StallGuard::Run(
+            "quill-open", [_pOpening] { _pOpening->Open(); },
+            [pSession] { return pSession->OpenProgress(); }, kOpenSilenceMs))
+        return true;
+    m_strLastError = "the file stopped answering";
+    std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", _pOpening->strPath.c_str(),
+                 m_strLastError.c_str());
+    return false;
+}
 
+void CLS_VideoPlayerEngine::StartSession(SOpening& _opening)
+{
+    std::unique_ptr<CLS_PlaybackSession> pSession = std::move(_opening.pSession);
+    m_pIo = std::move(_opening.pIo);
     pSession->SetEndHandler([this] { Raise(PLAYER_EVENT_PLAY_OVER); });
     {
         std::lock_guard<std::mutex> lock(m_mutexCallback);
@@ -132,10 +218,9 @@ bool CLS_VideoPlayerEngine::StartSession(const std::string& _strPath,
     if (m_pIo && m_pIo->Created() > 0 && !pSession->HasDatedClock())
         pSession->SetRecordingStart(m_pIo->Created() * 1000);
     m_pSession = std::move(pSession);
-    m_strLastPath = _strPath;
+    m_strLastPath = _opening.strPath;
     m_strLastError.clear();
     m_iSpeedIndex = kNormalSpeedIndex;
-    return true;
 }
 
 void CLS_VideoPlayerEngine::SetEventCallback(const ST_PlayerEventCallback* _pCallback)
@@ -315,18 +400,22 @@ int CLS_VideoPlayerEngine::SetDecryptKey(const char* _pKey, int _iLength)
             RaiseLater(PLAYER_EVENT_WRONG_PASSWORD);
             return 1;
         }
-        const std::string strPath = m_strLastPath;
         m_pWaitingOutput.reset();
-        auto pIo = std::make_unique<CLS_SdvIoContext>(std::move(m_pLocked), strPath);
-        if (!StartSession(strPath, std::move(pIo))) {
+        auto pOpening = std::make_shared<SOpening>();
+        pOpening->strPath = m_strLastPath;
+        pOpening->pIo = std::make_unique<CLS_SdvIoContext>(std::move(m_pLocked), m_strLastPath);
+        pOpening->pSession = std::make_unique<CLS_PlaybackSession>();
+        if (!OpenGuarded(pOpening) || !pOpening->blOpened) {
             // The key was right and the payload is not: as far as the user
             // is concerned, the playback is over.
-            std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", strPath.c_str(),
+            if (!pOpening->blOpened) m_strLastError = pOpening->strError;
+            std::fprintf(stderr, "VideoPlayer_Rk: %s: %s\n", pOpening->strPath.c_str(),
                          m_strLastError.c_str());
             m_i64PlayHandle = 0;
             RaiseLater(PLAYER_EVENT_PLAY_OVER);
             return 2;
         }
+        StartSession(*pOpening);
         // The module now plays again in the window it started in.
         return 0;
     });

@@ -74,7 +74,11 @@ private:
     // Raises _iEvent on a thread of ours: the caller may be the receiver's
     // own thread, which must not be called back from inside its call.
     void RaiseLater(int _iEvent);
-    bool StartSession(const std::string& _strPath, std::unique_ptr<CLS_SdvIoContext> _pIo);
+    struct SOpening;
+    // Opens on a thread of its own (see CLS_StallGuard); false, with
+    // m_strLastError set, when the source went silent.
+    bool OpenGuarded(const std::shared_ptr<SOpening>& _pOpening);
+    void StartSession(SOpening& _opening);
     void CloseFile();
 
     // A sealed file waiting for its key; it has no session yet.

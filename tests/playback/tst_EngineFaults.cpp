@@ -1,10 +1,18 @@
 #include <QElapsedTimer>
 #include <QFile>
+#include <QScopeGuard>
+#include <QThread>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
 #include <functional>
+#include <thread>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "CLS_VideoPlayerEngine.h"
 #include "EngineTestMedia.h"
@@ -59,6 +67,8 @@ private slots:
     void initTestCase();
     void fileChangesWhilePlaying_data();
     void fileChangesWhilePlaying();
+    void sourceGoesSilent_data();
+    void sourceGoesSilent();
     void randomOperations();
 
 private:
@@ -159,6 +169,75 @@ void TestEngineFaults::fileChangesWhilePlaying()
              qPrintable(QStringLiteral("%1 took %2 ms").arg(stWatch.m_qstrSlowest).arg(stWatch.m_i64SlowestMs)));
     // One pass reaches the end at most once; the restart may begin another.
     QVERIFY2(stWatch.m_iEnds.load() <= 2, qPrintable(QString::number(stWatch.m_iEnds)));
+}
+
+void TestEngineFaults::sourceGoesSilent_data()
+{
+    // How much of the recording comes before the source goes silent.
+    QTest::addColumn<int>("iPercent");
+    QTest::newRow("while opening") << 2;
+    QTest::newRow("while playing") << 100;
+}
+
+// A source that stops answering (a pipe here, a hung network share for
+// real) holds a read that cannot be called off: the window's calls return
+// all the same, and the player plays the next file.
+void TestEngineFaults::sourceGoesSilent()
+{
+    QFETCH(int, iPercent);
+    const QString qstrPipe = m_qtmpDir.filePath(QStringLiteral("silent%1.ps").arg(iPercent));
+    QVERIFY(::mkfifo(qstrPipe.toLocal8Bit().constData(), 0600) == 0);
+    QFile qfSource(m_qstrPs);
+    QVERIFY(qfSource.open(QIODevice::ReadOnly));
+    const QByteArray qbaHead = qfSource.read(qfSource.size() * iPercent / 100);
+    // Opened for reading too, so that opening never waits and the reader
+    // never sees the end; what the player does not take in 3 s stays unsent.
+    // (A program stream is read 5 s in before it counts as opened.)
+    std::atomic<bool> blRelease{false};
+    std::thread writer([qstrPipe, qbaHead, &blRelease] {
+        const int iFd = ::open(qstrPipe.toLocal8Bit().constData(), O_RDWR | O_NONBLOCK);
+        QElapsedTimer qTimer;
+        qTimer.start();
+        for (qint64 iDone = 0; iFd >= 0 && iDone < qbaHead.size() && qTimer.elapsed() < 3000;) {
+            pollfd stPoll{iFd, POLLOUT, 0};
+            if (::poll(&stPoll, 1, 100) > 0)
+                iDone += std::max<qint64>(0, ::write(iFd, qbaHead.constData() + iDone, qbaHead.size() - iDone));
+        }
+        while (!blRelease && qTimer.elapsed() < 30000)
+            QThread::msleep(50);
+        if (iFd >= 0) ::close(iFd);
+    });
+    const auto joinWriter = qScopeGuard([&] {
+        blRelease = true;
+        writer.join();
+    });
+    ST_Watch stWatch;
+    {
+        auto pPlayer = MakePlayer(stWatch);
+        CLS_VideoPlayerEngine* p = pPlayer.get();
+        const bool blOpen = Timed(stWatch, "OpenFile", [&] { return p->OpenFile(qstrPipe.toStdString()); });
+        QCOMPARE(blOpen, iPercent > 10);
+        if (blOpen) {
+            QVERIFY(p->Play(0));
+            QTRY_VERIFY(stWatch.m_iShown.load() > 3);
+            while (p->Fast() == 0) {}
+            // The pictures run out (no new one for 300 ms; this waits for a
+            // time without events, which no signal marks), and the demuxer
+            // waits in its read.
+            for (int i = 0, iShown = -1; i < 100 && iShown != stWatch.m_iShown.load(); ++i) {
+                iShown = stWatch.m_iShown.load();
+                QTest::qWait(300);
+            }
+        }
+        Timed(stWatch, "Stop", [&] { return p->Stop(); });
+        QVERIFY(Timed(stWatch, "OpenFile", [&] { return p->OpenFile(m_qstrMp4.toStdString()); }));
+        const int iShown = stWatch.m_iShown.load();
+        QVERIFY(p->Play(0));
+        QTRY_VERIFY(stWatch.m_iShown.load() > iShown + 3);
+        Timed(stWatch, "destroy", [&] { pPlayer.reset(); return true; });
+    }
+    QVERIFY2(stWatch.m_i64SlowestMs < kHungMs,
+             qPrintable(QStringLiteral("%1 took %2 ms").arg(stWatch.m_qstrSlowest).arg(stWatch.m_i64SlowestMs)));
 }
 
 void TestEngineFaults::randomOperations()

@@ -18,7 +18,10 @@ CLS_MediaSource::~CLS_MediaSource()
 
 int CLS_MediaSource::InterruptCallback(void* _pOpaque)
 {
-    return static_cast<CLS_MediaSource*>(_pOpaque)->m_blInterrupt.load() ? 1 : 0;
+    // FFmpeg asks before every read and between packets.
+    auto* pSource = static_cast<CLS_MediaSource*>(_pOpaque);
+    pSource->m_u64Progress.fetch_add(1, std::memory_order_relaxed);
+    return pSource->m_blInterrupt.load() ? 1 : 0;
 }
 
 bool CLS_MediaSource::Open(const std::string& _strPath, AVIOContext* _pIo)

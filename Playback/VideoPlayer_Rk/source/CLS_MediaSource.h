@@ -35,6 +35,9 @@ public:
     // Moves to the first packet at or after byte _i64Pos.
     bool SeekByte(std::int64_t _i64Pos);
     void Interrupt(bool _blInterrupt);
+    // Moves on with every read and every packet while opening and reading:
+    // standing still means the bytes stopped coming.
+    std::uint64_t Progress() const { return m_u64Progress.load(std::memory_order_relaxed); }
 
     AVFormatContext* Format() const { return m_pFormat; }
     AVStream* VideoStream() const;
@@ -58,6 +61,7 @@ private:
     int m_iVideo = -1;
     int m_iAudio = -1;
     std::atomic<bool> m_blInterrupt{false};
+    std::atomic<std::uint64_t> m_u64Progress{0};
     std::string m_strError;
 };
 
