@@ -14,6 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "CLS_StallGuard.h"
 #include "CLS_VideoPlayerEngine.h"
 #include "EngineTestMedia.h"
 
@@ -22,6 +23,7 @@ extern "C" {
 }
 
 using RK_Framework::VideoPlayer::CLS_Player_Rk;
+using RK_Framework::VideoPlayer::CLS_StallGuard;
 using RK_Framework::VideoPlayer::CLS_VideoPlayerEngine;
 using RK_Framework::VideoPlayer::ST_PlayerEventCallback;
 
@@ -207,10 +209,11 @@ void TestEngineFaults::sourceGoesSilent()
             QThread::msleep(50);
         if (iFd >= 0) ::close(iFd);
     });
-    const auto joinWriter = qScopeGuard([&] {
+    const auto releaseWriter = [&] {
         blRelease = true;
-        writer.join();
-    });
+        if (writer.joinable()) writer.join();
+    };
+    const auto joinWriter = qScopeGuard(releaseWriter);
     ST_Watch stWatch;
     {
         auto pPlayer = MakePlayer(stWatch);
@@ -238,6 +241,10 @@ void TestEngineFaults::sourceGoesSilent()
     }
     QVERIFY2(stWatch.m_i64SlowestMs < kHungMs,
              qPrintable(QStringLiteral("%1 took %2 ms").arg(stWatch.m_qstrSlowest).arg(stWatch.m_i64SlowestMs)));
+    // What was left waiting ends once the source answers.
+    QVERIFY(CLS_StallGuard::Outstanding() > 0);
+    releaseWriter();
+    QTRY_COMPARE(CLS_StallGuard::Outstanding(), 0);
 }
 
 void TestEngineFaults::randomOperations()
