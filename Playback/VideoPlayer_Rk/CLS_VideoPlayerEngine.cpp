@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "CLS_AudioOutput.h"
 #include "CLS_PlaybackSession.h"
 #include "CLS_SdvIoContext.h"
 #include "CLS_SdvReader.h"
@@ -103,6 +104,7 @@ struct CLS_VideoPlayerEngine::SOpening
         } catch (const std::exception& e) {
             strError = e.what();
         }
+        CLS_AudioOutput::ForgetThread();
     }
 
     // The session reads through the sealed file's context: it goes first.

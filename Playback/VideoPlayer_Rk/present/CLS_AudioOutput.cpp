@@ -72,6 +72,11 @@ bool CLS_AudioOutput::Open(int _iSampleRate, int _iChannels)
     return true;
 }
 
+void CLS_AudioOutput::ForgetThread()
+{
+    SDL_TLSCleanup();
+}
+
 void CLS_AudioOutput::Close()
 {
     Abort();
