@@ -8,24 +8,16 @@
 
 namespace QuillTest {
 
-QString BinDir()
+namespace {
+
+// _qstrPath, after making the folder it goes into.
+QString WithFolder(const QString& _qstrPath)
 {
-    return QStringLiteral(QUILL_BIN_DIR);
+    QDir().mkpath(QFileInfo(_qstrPath).absolutePath());
+    return _qstrPath;
 }
 
-QString BinPath(const QString& _qstrName)
-{
-    return BinDir() + QLatin1Char('/') + _qstrName;
-}
-
-QString LibraryPath(const QString& _qstrBaseName)
-{
-#if defined(_WIN32)
-    return BinPath(_qstrBaseName + QStringLiteral(".dll"));
-#else
-    return BinPath(QStringLiteral("lib") + _qstrBaseName + QStringLiteral(".so"));
-#endif
-}
+}  // namespace
 
 ScopedWorkDir::ScopedWorkDir() : m_qstrPrevious(QDir::currentPath())
 {
@@ -37,35 +29,20 @@ ScopedWorkDir::~ScopedWorkDir()
     QDir::setCurrent(m_qstrPrevious);
 }
 
-QString ScopedWorkDir::Path() const
-{
-    return m_tmpDir.path();
-}
-
-QString ScopedWorkDir::FilePath(const QString& _qstrRelative) const
-{
-    return m_tmpDir.filePath(_qstrRelative);
-}
-
 bool ScopedWorkDir::LinkFromBin(const QString& _qstrName)
 {
-    const QString qstrTarget = FilePath(_qstrName);
-    QDir().mkpath(QFileInfo(qstrTarget).absolutePath());
-    return QFile::link(BinPath(_qstrName), qstrTarget);
+    return QFile::link(BinPath(_qstrName), WithFolder(FilePath(_qstrName)));
 }
 
 bool ScopedWorkDir::WriteFile(const QString& _qstrRelative, const QByteArray& _qbaContent)
 {
-    const QString qstrTarget = FilePath(_qstrRelative);
-    QDir().mkpath(QFileInfo(qstrTarget).absolutePath());
-    return QuillTest::WriteFile(qstrTarget, _qbaContent);
+    return QuillTest::WriteFile(WithFolder(FilePath(_qstrRelative)), _qbaContent);
 }
 
 QJsonObject NewestHistroyEntry(const QString& _qstrDir)
 {
-    QFile file(_qstrDir + QStringLiteral("/HistroyInfo.json"));
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    return QJsonDocument::fromJson(file.readAll())[QLatin1String("History")][0].toObject();
+    const QByteArray qbaText = ReadFile(_qstrDir + QStringLiteral("/HistroyInfo.json"));
+    return QJsonDocument::fromJson(qbaText)[QLatin1String("History")][0].toObject();
 }
 
 int RunProgram(const QString& _qstrProgram, const QStringList& _qlstArgs, QByteArray* _pOutput,

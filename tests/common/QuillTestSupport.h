@@ -8,12 +8,16 @@
 namespace QuillTest {
 
 // build/bin: the complete installation the build produces.
-QString BinDir();
+inline QString BinDir()
+{
+    return QStringLiteral(QUILL_BIN_DIR);
+}
 
-// Path of a file in build/bin, or of a built library by base name
-// ("KoLog" -> ".../bin/libKoLog.so").
-QString BinPath(const QString& _qstrName);
-QString LibraryPath(const QString& _qstrBaseName);
+// Path of a file in build/bin.
+inline QString BinPath(const QString& _qstrName)
+{
+    return BinDir() + QLatin1Char('/') + _qstrName;
+}
 
 // A fresh working directory for one test: the process changes into it, and
 // back when the object goes away. Files the code looks for relative to "."
@@ -27,8 +31,11 @@ public:
     ScopedWorkDir(const ScopedWorkDir&) = delete;
     ScopedWorkDir& operator=(const ScopedWorkDir&) = delete;
 
-    QString Path() const;
-    QString FilePath(const QString& _qstrRelative) const;
+    QString Path() const { return m_tmpDir.path(); }
+    QString FilePath(const QString& _qstrRelative) const
+    {
+        return m_tmpDir.filePath(_qstrRelative);
+    }
     // Links build/bin/<name> (file or folder) into the working directory.
     bool LinkFromBin(const QString& _qstrName);
     // Writes a text file below the working directory, creating folders.

@@ -3,10 +3,8 @@
 #include "KoLogApi.h"
 #include "KoParamApi.h"
 #include "KoServices.h"
-#include "KoTaskPoolApi.h"
 
 #include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -15,44 +13,28 @@ namespace QuillTest {
 
 void* ServiceFunction(Service _service, const char* _pName)
 {
-    const std::string strDir = BinDir().toStdString();
-    switch (_service) {
-        case Service::Log:
-            return GetKoLogFunc(_pName, strDir);
-        case Service::Param:
-            return GetKoParamFunc(_pName, strDir);
-        case Service::TaskPool:
-            return GetKoTaskPoolFunc(_pName, strDir);
-        case Service::AppManager:
-            return GetKoAppManagerFunc(_pName, strDir);
-        case Service::ColorManage:
-            return GetKoColorManageFunc(_pName, strDir);
-    }
-    return nullptr;
+    using Lookup = void* (*)(const std::string&, const std::string&);
+    static const Lookup s_lookups[] = {GetKoLogFunc, GetKoParamFunc, GetKoTaskPoolFunc,
+                                       GetKoAppManagerFunc, GetKoColorManageFunc};
+    return s_lookups[static_cast<int>(_service)](_pName, BinDir().toStdString());
 }
 
 namespace {
 
 bool Start(Service _service, const QString& _qstrWorkDir)
 {
-    switch (_service) {
-        case Service::Log: {
-            const auto pfnInit = ServiceFunction<KoLogApi::InitFn>(_service, "Init");
-            return pfnInit && pfnInit(_qstrWorkDir.toStdString() + "/log", KoLogApi::Trace);
-        }
-        case Service::Param: {
-            const auto pfnInit = ServiceFunction<KoParamApi::InitFn>(_service, "Init");
-            return pfnInit && pfnInit(_qstrWorkDir.toStdString() + "/settings.json");
-        }
-        // The pool starts with its first task; these two have nothing to start.
-        case Service::TaskPool:
-            return ServiceFunction(_service, "AddTmpTask") != nullptr;
-        case Service::AppManager:
-            return ServiceFunction(_service, "GetAppSignals") != nullptr;
-        case Service::ColorManage:
-            return ServiceFunction(_service, "GetNamedColor") != nullptr;
+    const std::string strWorkDir = _qstrWorkDir.toStdString();
+    if (_service == Service::Log) {
+        const auto pfnInit = ServiceFunction<KoLogApi::InitFn>(_service, "Init");
+        return pfnInit && pfnInit(strWorkDir + "/log", KoLogApi::Trace);
     }
-    return false;
+    if (_service == Service::Param) {
+        const auto pfnInit = ServiceFunction<KoParamApi::InitFn>(_service, "Init");
+        return pfnInit && pfnInit(strWorkDir + "/settings.json");
+    }
+    // The pool starts with its first task; the others have nothing to start.
+    static const char* const s_probes[] = {"", "", "AddTmpTask", "GetAppSignals", "GetNamedColor"};
+    return ServiceFunction(_service, s_probes[static_cast<int>(_service)]) != nullptr;
 }
 
 void Stop(Service _service)
@@ -82,21 +64,16 @@ ServiceFixture::~ServiceFixture()
     std::for_each(m_vecStarted.rbegin(), m_vecStarted.rend(), Stop);
 }
 
-QString ServiceFixture::LogDir() const
-{
-    return m_workDir.FilePath(QStringLiteral("log"));
-}
-
 QString ServiceFixture::LogText(const QString& _qstrChannel) const
 {
-    QFile file(LogDir() + QLatin1Char('/') + _qstrChannel + QStringLiteral(".log"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return QString::fromUtf8(ReadFile(m_workDir.FilePath("log/" + _qstrChannel + ".log")));
 }
 
 QString ServiceFixture::AllLogText() const
 {
     QString qstrText;
-    for (const QFileInfo& info : QDir(LogDir()).entryInfoList({"*.log"}, QDir::Files))
+    for (const QFileInfo& info :
+         QDir(m_workDir.FilePath("log")).entryInfoList({"*.log"}, QDir::Files))
         qstrText += LogText(info.completeBaseName());
     return qstrText;
 }
@@ -105,16 +82,9 @@ QStringList ServiceFixture::LogRecords(const QString& _qstrChannel) const
 {
     // A record starts with its time stamp; JSON maps continue it on the
     // following lines.
-    static const QRegularExpression s_reRecordStart(QStringLiteral("^\\[\\d{4}-\\d{2}-\\d{2}"));
-    QStringList qlstRecords;
-    for (const QString& qstrLine : LogText(_qstrChannel).split(QLatin1Char('\n'))) {
-        if (qlstRecords.isEmpty() || s_reRecordStart.match(qstrLine).hasMatch())
-            qlstRecords << qstrLine;
-        else
-            qlstRecords.last() += QLatin1Char('\n') + qstrLine;
-    }
-    qlstRecords.removeAll(QString());
-    return qlstRecords;
+    static const QRegularExpression s_reRecordEnd(
+        QStringLiteral("\n(?=\\[\\d{4}-\\d\\d-\\d\\d|$)"));
+    return LogText(_qstrChannel).split(s_reRecordEnd, Qt::SkipEmptyParts);
 }
 
 }  // namespace QuillTest

@@ -47,8 +47,6 @@ public:
     QStringList LogRecords(const QString& _qstrChannel) const;
 
 private:
-    QString LogDir() const;
-
     ScopedWorkDir m_workDir;
     QVector<Service> m_vecStarted;
     bool m_blReady = true;

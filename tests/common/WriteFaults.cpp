@@ -50,7 +50,7 @@ bool ScopedReadOnlyDir::IsReadOnly() const
 
 namespace {
 
-// Forks the writer; answers its pid, or -1.
+// Forks a child that runs _fnWrite(1 .. _iWrites); answers its pid, or -1.
 pid_t StartWriter(const std::function<void(int)>& _fnWrite, int _iWrites)
 {
     const pid_t pid = fork();
@@ -62,36 +62,30 @@ pid_t StartWriter(const std::function<void(int)>& _fnWrite, int _iWrites)
     return pid;
 }
 
-bool Reap(pid_t _pid)
-{
-    int iStatus = 0;
-    return waitpid(_pid, &iStatus, 0) == _pid;
-}
-
 }  // namespace
 
 QString KillDuringWrites(const std::function<void(int)>& _fnWrite,
                          const std::function<QString()>& _fnCheck, int _iWrites, int _iRounds)
 {
-    using Clock = std::chrono::steady_clock;
+    using namespace std::chrono;
     // One undisturbed series first: how long the writes take here, and a
     // check that the complete result is acceptable too.
-    const auto tpStart = Clock::now();
+    const auto tpStart = steady_clock::now();
     const pid_t pidTimed = StartWriter(_fnWrite, _iWrites);
-    if (pidTimed < 0 || !Reap(pidTimed)) return QStringLiteral("cannot start the writer");
-    const auto usSeries =
-        std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - tpStart).count();
+    if (pidTimed < 0 || waitpid(pidTimed, nullptr, 0) != pidTimed)
+        return QStringLiteral("cannot start the writer");
+    const long long llSeriesUs = duration_cast<microseconds>(steady_clock::now() - tpStart).count();
     if (QString qstrFault = _fnCheck(); !qstrFault.isEmpty())
         return QStringLiteral("after a whole series: ") + qstrFault;
 
     std::mt19937 random(std::random_device{}());
-    std::uniform_int_distribution<long long> delay(0, std::max<long long>(usSeries, 1));
+    std::uniform_int_distribution<long long> delay(0, std::max(llSeriesUs, 1LL));
     for (int iRound = 1; iRound <= _iRounds; ++iRound) {
         const pid_t pid = StartWriter(_fnWrite, _iWrites);
         if (pid < 0) return QStringLiteral("cannot start the writer");
-        std::this_thread::sleep_for(std::chrono::microseconds(delay(random)));
+        std::this_thread::sleep_for(microseconds(delay(random)));
         kill(pid, SIGKILL);
-        Reap(pid);
+        waitpid(pid, nullptr, 0);
         if (QString qstrFault = _fnCheck(); !qstrFault.isEmpty())
             return QStringLiteral("after kill %1: %2").arg(iRound).arg(qstrFault);
     }

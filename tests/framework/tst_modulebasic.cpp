@@ -1,7 +1,9 @@
-// Requests through the module base: queued on the real task pool, handled on
+// The module and view bases: requests queued on the real task pool, handled on
 // a worker thread, answered by signal, logged through the real log service.
 #include "CLS_BusinessHandler.h"
 #include "CLS_ModuleBasic.h"
+#include "CLS_PresenterBasic.h"
+#include "CLS_ViewBasic.h"
 #include "KoServices.h"
 #include "ServiceFixture.h"
 
@@ -13,14 +15,14 @@
 
 namespace {
 
-constexpr const char* kChannel = "ModuleFrameworkTest";
+constexpr const char* kModuleChannel = "ModuleFrameworkTest";
+constexpr const char* kViewChannel = "ViewFrameworkTest";
 
 class RecordingHandler : public CLS_BusinessHandler
 {
 public:
     void Init() override
     {
-        ++m_iInit;
         if (m_blThrowOnInit) throw std::runtime_error("handler could not start");
     }
     void UnInit() override {}
@@ -36,7 +38,6 @@ public:
         return true;
     }
 
-    std::atomic<int> m_iInit{0};
     std::atomic<QThread*> m_pHandledOn{nullptr};
     bool m_blThrowOnInit = false;
 };
@@ -46,7 +47,7 @@ class TestModule : public CLS_ModuleBasic
     Q_OBJECT
 public:
     explicit TestModule(RecordingHandler* _pHandler) : m_pHandler(_pHandler) {}
-    const char* GetModuleCode() override { return kChannel; }
+    const char* GetModuleCode() override { return kModuleChannel; }
     CLS_BusinessHandler* GetBusinessHandler(const QVariantMap&) override
     {
         ++m_iAsked;
@@ -60,6 +61,47 @@ private:
     RecordingHandler* m_pHandler;
 };
 
+class EchoPresenter : public CLS_PresenterBasic
+{
+    Q_OBJECT
+public:
+    const char* GetModuleCode() override { return kViewChannel; }
+
+protected:
+    bool HandleRequest(const QString&, const QVariantMap& _qmapParam,
+                       QVariantMap& _qmapResult) override
+    {
+        _qmapResult[QStringLiteral("echo")] = _qmapParam.value(QStringLiteral("x"));
+        return true;
+    }
+};
+
+class TestView : public CLS_ViewBasic
+{
+    Q_OBJECT
+public:
+    explicit TestView(CLS_PresenterBasic* _pPresenter) : m_pPresenter(_pPresenter) {}
+    const char* GetModuleCode() override { return kViewChannel; }
+    CLS_PresenterBasic* GetPresenter() override { return m_pPresenter; }
+    void InitUi() override { ++m_iInitUi; }
+    void InitConnect() override {}
+    bool HandleTask(const QString& _qstrKey, const QVariantMap& _qmapParam,
+                    QVariantMap& _qmapResult) override
+    {
+        ++m_iHandled;
+        // "quiet" results are handled but leave nothing to report.
+        if (_qstrKey != QLatin1String("quiet"))
+            _qmapResult[QStringLiteral("seen")] = _qmapParam.value(QStringLiteral("echo"));
+        return true;
+    }
+
+    int m_iInitUi = 0;
+    int m_iHandled = 0;
+
+private:
+    CLS_PresenterBasic* m_pPresenter;
+};
+
 }  // namespace
 
 class TestModuleBasic : public QObject
@@ -70,38 +112,23 @@ private slots:
     void requestIsAnsweredFromWorkerThread_data()
     {
         QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("outcome");
-        QTest::addColumn<QString>("resultKey");
-        QTest::addColumn<QVariant>("resultValue");
+        QTest::addColumn<QVariantMap>("result");
         QTest::addColumn<QString>("record");  // one record expected in the module's log
-        // The maps' layout in a record is the log line builder's, tested there.
-        QTest::newRow("handled") << "echo"
-                                 << "success"
-                                 << "echo" << QVariant(7)
-                                 << "\\[info\\] .*\\] handle 1 key:\\[echo\\]";
+        QTest::newRow("handled") << "echo" << QVariantMap{{"echo", 7}, {"__result__", "success"}}
+                                 << R"(\[info\] .*\] handle 1 key:\[echo\])";
         QTest::newRow("refused, logged as an error")
-            << "refuse"
-            << "fail"
-            << "reason" << QVariant("not today")
-            << "\\[error\\] .*\\] key:\\[refuse\\] .*UUID:\\[uuid-refuse\\]";
+            << "refuse" << QVariantMap{{"reason", "not today"}, {"__result__", "fail"}}
+            << R"(\[error\] .*\] key:\[refuse\] .*UUID:\[uuid-refuse\])";
     }
 
     void requestIsAnsweredFromWorkerThread()
     {
         QFETCH(QString, key);
-        QFETCH(QString, outcome);
-        QFETCH(QString, resultKey);
-        QFETCH(QVariant, resultValue);
+        QFETCH(QVariantMap, result);
         QFETCH(QString, record);
         RecordingHandler handler;
         TestModule module(&handler);
-        std::atomic<QThread*> pEmittedOn{nullptr};
-        connect(
-            &module, &CLS_ModuleBasic::SignHandlerRsulted, &module,
-            [&pEmittedOn](QString, QVariantMap, QString) { pEmittedOn = QThread::currentThread(); },
-            Qt::DirectConnection);
         QSignalSpy spy(&module, &CLS_ModuleBasic::SignHandlerRsulted);
-
         QVariantMap qmapParam{{QStringLiteral("x"), 7}};
         module.TaskRequest(key, qmapParam, "uuid-" + key);
         qmapParam[QStringLiteral("x")] = 8;  // the queued request keeps its own copy
@@ -109,23 +136,17 @@ private slots:
         QTRY_COMPARE(spy.count(), 1);
         QCOMPARE(spy.first().at(0).toString() + ' ' + spy.first().at(2).toString(),
                  key + " uuid-" + key);
-        const QVariantMap qmapResult = spy.first().at(1).toMap();
-        QCOMPARE(qmapResult.value(QStringLiteral("__result__")).toString(), outcome);
-        QCOMPARE(qmapResult.value(resultKey), resultValue);
+        QCOMPARE(spy.first().at(1).toMap(), result);
         QVERIFY(handler.m_pHandledOn.load() != nullptr);
         QVERIFY(handler.m_pHandledOn.load() != QThread::currentThread());
-        QCOMPARE(pEmittedOn.load(), handler.m_pHandledOn.load());
-
         const QRegularExpression reRecord(record, QRegularExpression::DotMatchesEverythingOption);
-        QCOMPARE(Log().filter(reRecord).size(), 1);
+        QCOMPARE(Log(kModuleChannel).filter(reRecord).size(), 1);
     }
 
     void moduleWithoutHandlerStaysSilent()
     {
         TestModule module(nullptr);
         QSignalSpy spy(&module, &CLS_ModuleBasic::SignHandlerRsulted);
-        const int iLoggedBefore = Log().filter(QStringLiteral(":[silent]")).size();
-
         module.TaskRequest(QStringLiteral("silent"), {}, QStringLiteral("uuid-3"));
         QTRY_COMPARE(module.m_iAsked.load(), 1);
         // Returns once the module's request has run to its end; the spy would
@@ -133,7 +154,7 @@ private slots:
         KoService::RemoveTmpTask(&module, "test");
         QCOMPARE(spy.count(), 0);
         // Only the request line itself: no outcome, no error.
-        QCOMPARE(Log().filter(QStringLiteral(":[silent]")).size(), iLoggedBefore + 1);
+        QCOMPARE(Log(kModuleChannel).filter(QStringLiteral(":[silent]")).size(), 1);
     }
 
     void throwingHandlerInitIsLogged()
@@ -142,8 +163,7 @@ private slots:
         handler.m_blThrowOnInit = true;
         TestModule module(&handler);
         module.InitModule({{QStringLiteral("lang"), 2}});  // must not throw
-        QCOMPARE(handler.m_iInit.load(), 1);
-        QCOMPARE(Log().filter(QStringLiteral("handler could not start _qmapParam - [")).size(), 1);
+        QCOMPARE(Log(kModuleChannel).filter("handler could not start _qmapParam - [").size(), 1);
     }
 
     void destructorWithdrawsPendingRequests()
@@ -176,11 +196,60 @@ private slots:
         QCOMPARE(handler.m_pHandledOn.load(), nullptr);
     }
 
+    // A view initialises once, however often it is shown, and says so when it
+    // has no presenter.
+    void viewInitRunsOnce()
+    {
+        TestView view(nullptr);
+        view.show();
+        view.hide();
+        view.show();
+        QCOMPARE(view.m_iInitUi, 1);
+        view.Init();
+        QCOMPARE(Log(kViewChannel).filter("nullptr == pPresenter Init Fail").size(), 2);
+    }
+
+    void presenterResultsReachTheAskingViewOnly()
+    {
+        EchoPresenter presenter;
+        TestView viewA(&presenter);
+        TestView viewB(&presenter);
+        viewA.Init();
+        viewB.Init();
+        QSignalSpy spyA(&viewA, &CLS_ViewBasic::SignRequestTaskRsulted);
+        QSignalSpy spyB(&viewB, &CLS_ViewBasic::SignRequestTaskRsulted);
+
+        viewA.SendPresenterRequest(QStringLiteral("echo"), {{QStringLiteral("x"), 5}}, "u-a");
+        QTRY_COMPARE(spyA.count(), 1);
+        QCOMPARE(spyA.first().at(0).toString() + ' ' + spyA.first().at(2).toString(), "echo u-a");
+        QCOMPARE(spyA.first().at(1).toMap(), (QVariantMap{{"seen", 5}, {"__result__", "success"}}));
+        // The same result also reached B, which logged its entry line and stopped.
+        QTRY_COMPARE(Log(kViewChannel).filter("call funtion key:[echo]").size(), 2);
+        QCOMPARE(viewB.m_iHandled, 0);
+
+        // A result that leaves nothing to report is handled silently; the view
+        // answers in the same call that handles it.
+        viewB.SendPresenterRequest(QStringLiteral("quiet"), {}, QStringLiteral("u-q"));
+        QTRY_COMPARE(viewB.m_iHandled, 1);
+        QCOMPARE(viewA.m_iHandled, 1);
+        QCOMPARE(spyA.count() + spyB.count(), 1);
+    }
+
+    // Views made through GetWgtView are the player's message boxes, which
+    // its window tests drive; a missing module gives null, and says so at
+    // every request.
+    void missingModuleGivesNoView()
+    {
+        QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
+        QCOMPARE(CLS_ViewBasic::GetWgtView(QStringLiteral("NoSuchModule"), {}), nullptr);
+        QCOMPARE(Log("default").filter("Request Fail_strModuleName:[NoSuchModule]").size(), 2);
+    }
+
 private:
-    QStringList Log() const { return m_services.LogRecords(QString::fromLatin1(kChannel)); }
+    QStringList Log(const char* _pChannel) const { return m_services.LogRecords(_pChannel); }
 
     QuillTest::ServiceFixture m_services{QuillTest::Service::Log, QuillTest::Service::TaskPool};
 };
 
-QTEST_GUILESS_MAIN(TestModuleBasic)
+QTEST_MAIN(TestModuleBasic)
 #include "tst_modulebasic.moc"

@@ -1,10 +1,10 @@
+// Log records: the line builder's qualified names and values, the record a
+// call writes through the exported library, and the service's own rules.
 #include "CLS_LogService.h"
-#include "KoLogApi.h"
+#include "Logger.h"
 #include "ServiceFixture.h"
 
 #include <QDir>
-#include <QFile>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -17,12 +17,63 @@ class tst_KoLog : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QVERIFY(m_services.IsReady()); }
+    void qualifiedFunctionName_data()
+    {
+        QTest::addColumn<QString>("signature");
+        QTest::addColumn<QString>("expected");
+        const char* const rows[][3] = {
+            {"destructor", "CLS_ModuleBasic::~CLS_ModuleBasic()",
+             "CLS_ModuleBasic::~CLS_ModuleBasic"},
+            {"virtual const", "virtual const char* CLS_ViewBasic::GetModuleCode() const",
+             "CLS_ViewBasic::GetModuleCode"},
+            {"template return",
+             "std::map<std::__cxx11::basic_string<char>, void*> LoadDll(const string&, const "
+             "std::vector<int>&)",
+             "LoadDll"},
+            {"lambda", "CLS_ModuleBasic::TaskRequest(const QString&)::<lambda()>",
+             "CLS_ModuleBasic::TaskRequest"},
+            {"call operator", "void Ns::Functor::operator()(int) const", "Ns::Functor::operator()"},
+            {"templated class", "void Queue<std::pair<int, int> >::Push(int) [with T = int]",
+             "Queue<std::pair<int, int> >::Push"},
+            {"no parameters list", "weird", "weird"}};
+        for (const auto& row : rows)
+            QTest::newRow(row[0]) << QString(row[1]) << QString(row[2]);
+    }
+
+    void qualifiedFunctionName()
+    {
+        QFETCH(QString, signature);
+        QFETCH(QString, expected);
+        QCOMPARE(QString::fromStdString(Logger::QualifiedFunctionName(qPrintable(signature))),
+                 expected);
+    }
+
+    // One record through the stream and the real service: time, level, thread,
+    // channel, the call's file and line, its qualified name, and the values,
+    // maps as JSON.
+    void recordCarriesEveryField()
+    {
+        const int iLine = __LINE__ + 1;
+        KOLOG(3, "LoggerTest") << "value " << 42 << ' ' << true << ' ' << QStringLiteral("é")
+                               << " map:[" << QVariantMap{{QStringLiteral("k"), 1}} << "] empty:["
+                               << QVariantMap() << "]";
+        const QRegularExpression reRecord(
+            QStringLiteral(
+                R"(^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\] \[error\] \[\d+\] \[LoggerTest\] )"
+                R"(\[tst_KoLog\.cpp:%1\] \[tst_KoLog::recordCarriesEveryField\] )"
+                R"(value 42 1 é map:\[\{\n    "k": 1\n\}\n\] empty:\[\{\n\}\n\]$)")
+                .arg(iLine));
+        const QStringList qlstRecords = m_services.LogRecords(QStringLiteral("LoggerTest"));
+        QCOMPARE(qlstRecords.size(), 1);
+        QVERIFY2(reRecord.match(qlstRecords.first()).hasMatch(), qPrintable(qlstRecords.first()));
+    }
+
     void callsOutsideInitAndUnInitAreDropped()
     {
         Print(3, "Life", "dropped before Init");
-        QVERIFY(!m_pfnSetConfig("Life", 0));
-        QVERIFY(m_pfnInit && m_pfnSetConfig && m_pfnPrint && m_pfnUnInit);
-        QVERIFY(Init(QStringLiteral("life")));
+        QVERIFY(!m_service.SetLoggerConfig("Life", 0));
+        QVERIFY(Init("life"));
         // Records racing UnInit and Init land whole or not at all.
         std::atomic<bool> blStop{false};
         std::vector<std::thread> vecThreads;
@@ -30,81 +81,41 @@ private slots:
             vecThreads.emplace_back([&] {
                 while (!blStop) {
                     Print(1, "Life", "kept");
-                    m_pfnSetConfig("Life", 0);
+                    m_service.SetLoggerConfig("Life", 0);
                 }
             });
         }
         for (int i = 0; i < 200; ++i) {
-            m_pfnUnInit();
-            QVERIFY(Init(QStringLiteral("life")));
+            m_service.UnInit();
+            QVERIFY(Init("life"));
         }
-        QTRY_VERIFY(Records(QStringLiteral("life"), QStringLiteral("Life")).size() >= 100);
+        QTRY_VERIFY(Records("life", "Life").size() >= 100);
         blStop = true;
         for (std::thread& thread : vecThreads)
             thread.join();
-        m_pfnUnInit();
-        m_pfnUnInit();
+        m_service.UnInit();
+        m_service.UnInit();
         Print(1, "Life", "dropped after UnInit");
-        QVERIFY(!m_pfnSetConfig("Life", 0));
-        for (const QString& qstrLine : Records(QStringLiteral("life"), QStringLiteral("Life")))
+        QVERIFY(!m_service.SetLoggerConfig("Life", 0));
+        for (const QString& qstrLine : Records("life", "Life"))
             QVERIFY2(qstrLine.endsWith("] kept"), qPrintable(qstrLine));
     }
 
-    void recordCarriesEveryField()
+    void levelsAndMissingParts()
     {
-        const QString qstrDir = QStringLiteral("fields/nested");
-        QVERIFY(Init(qstrDir, 1));
-        const std::string strText = "request key:[\n{\n    \"PlayUrl\": \"a.mp4\"\n}\n]";
-        m_pfnPrint(1, "ModuleKoPlayer", "/src/BusinessLib/MainWindow.cpp", 321,
-                   "MainWindow::SlotStop", &strText);
-        const QString qstrLog = Records(qstrDir, QStringLiteral("ModuleKoPlayer")).join('\n');
-        const QRegularExpression record(QStringLiteral(
-            R"(^\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\] \[info\] .*\[ModuleKoPlayer\] )"
-            R"(\[MainWindow\.cpp:321\] \[MainWindow::SlotStop\] request key:\[\n\{\n    "PlayUrl": "a\.mp4"\n\}\n\]$)"));
-        QVERIFY2(record.match(qstrLog).hasMatch(), qPrintable(qstrLog));
-        m_pfnPrint(3, nullptr, nullptr, 0, nullptr, nullptr);  // null parts are tolerated
-        QVERIFY(Records(qstrDir, QStringLiteral("Default")).join('\n').contains("[?:0] [?]"));
-
+        QVERIFY(Init("levels", 1));
+        m_service.PrintLog(3, nullptr, nullptr, 0, nullptr, nullptr);
+        QVERIFY(Records("levels", "Default").join('\n').contains("[?:0] [?]"));
         // Each kept record names its level; a channel's own level overrides Init's.
         Print(0, "Levels", "dropped");
-        QVERIFY(m_pfnSetConfig("Levels", 0));
+        QVERIFY(m_service.SetLoggerConfig("Levels", 0));
         const char* const levels[] = {"trace", "info", "warning", "error"};
         for (unsigned i = 0; i < 4; ++i)
             Print(i, "Levels", levels[i]);
-        QCOMPARE(Records(qstrDir, "Levels")
-                     .join('\n')
-                     .count(QRegularExpression(R"(\[(trace|info|warning|error)\] .*\] \1$)",
-                                               QRegularExpression::MultilineOption)),
-                 4);
-    }
-
-    void concurrentRecordsAreAllWritten()
-    {
-        QVERIFY(Init(QStringLiteral("concurrent")));
-        constexpr int kThreads = 8, kRecords = 1000;
-        std::vector<std::thread> vecThreads;
-        for (int t = 0; t < kThreads; ++t) {
-            vecThreads.emplace_back([this, t] {
-                // Two channels, so files are also created concurrently.
-                const std::string strChannel = "Busy" + std::to_string(t % 2);
-                for (int i = 0; i < kRecords; ++i)
-                    Print(1, strChannel.c_str(),
-                          "rec-" + std::to_string(t) + "-" + std::to_string(i));
-            });
-        }
-        for (std::thread& thread : vecThreads)
-            thread.join();
-
-        // No record torn or interleaved, none lost.
-        QSet<QString> setSeen;
-        const QRegularExpression text(QStringLiteral(R"(\] (rec-\d+-\d+)$)"));
-        for (const QString& qstrLine :
-             Records("concurrent", "Busy0") + Records("concurrent", "Busy1"))
-            setSeen.insert(text.match(qstrLine).captured(1));
-        setSeen.remove(QString());
-        QCOMPARE(setSeen.size(), kThreads * kRecords);
-        QCOMPARE(Records("concurrent", "Busy0").size() + Records("concurrent", "Busy1").size(),
-                 kThreads * kRecords);
+        const QStringList qlstRecords = Records("levels", "Levels");
+        QCOMPARE(qlstRecords.size(), 4);
+        QCOMPARE(qlstRecords.filter(QRegularExpression(R"(\[(\w+)\] .*\] \1$)")).size(), 4);
+        m_service.UnInit();
     }
 
     void filesRotatePastTheSizeLimit()
@@ -122,42 +133,31 @@ private slots:
         service.UnInit();
         QCOMPARE(dir.entryList(QDir::Files, QDir::Name),
                  (QStringList{"Roll.1.log", "Roll.2.log", "Roll.log"}));
-        for (const QString& qstrName : dir.entryList(QDir::Files))
-            QVERIFY(QFileInfo(dir.filePath(qstrName)).size() <= 4096);
+        for (const QFileInfo& info : dir.entryInfoList(QDir::Files))
+            QVERIFY(info.size() <= 4096);
         // The newest record is in the live file.
-        QVERIFY(Records(QStringLiteral("rotate"), QStringLiteral("Roll"))
-                    .last()
-                    .endsWith("] n399 " + QString(100, 'p')));
+        QVERIFY(Records("rotate", "Roll").last().endsWith("] n399 " + QString(100, 'p')));
     }
 
 private:
     void Print(unsigned _uiLevel, const char* _pChannel, const std::string& _strText)
     {
-        m_pfnPrint(_uiLevel, _pChannel, __FILE__, 7, "tst_KoLog::Print", &_strText);
+        m_service.PrintLog(_uiLevel, _pChannel, __FILE__, 7, "tst_KoLog::Print", &_strText);
     }
-    // The records of one channel below the test's folder _qstrDir, as lines.
-    QStringList Records(const QString& _qstrDir, const QString& _qstrChannel)
+    // The lines of one channel's file below the test's folder _pDir.
+    QStringList Records(const QString& _qstrDir, const QString& _qstrChannel) const
     {
-        QFile file(m_tmpDir.filePath(_qstrDir + QLatin1Char('/') + _qstrChannel + ".log"));
-        if (!file.open(QIODevice::ReadOnly)) return {};
-        return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        const QString qstrPath = m_tmpDir.filePath(_qstrDir + '/' + _qstrChannel + ".log");
+        return QString::fromUtf8(QuillTest::ReadFile(qstrPath)).split('\n', Qt::SkipEmptyParts);
     }
     bool Init(const QString& _qstrDir, int _iLevel = 0)
     {
-        return m_pfnInit(m_tmpDir.filePath(_qstrDir).toStdString(), _iLevel);
+        return m_service.Init(m_tmpDir.filePath(_qstrDir).toStdString(), _iLevel);
     }
 
-    template <typename Fn>
-    static Fn Function(const char* _pName)
-    {
-        return QuillTest::ServiceFunction<Fn>(QuillTest::Service::Log, _pName);
-    }
-    const KoLogApi::InitFn m_pfnInit = Function<KoLogApi::InitFn>("Init");
-    const KoLogApi::SetLoggerConfigFn m_pfnSetConfig =
-        Function<KoLogApi::SetLoggerConfigFn>("SetLoggerConfig");
-    const KoLogApi::PrintLogFn m_pfnPrint = Function<KoLogApi::PrintLogFn>("PrintLog");
-    const KoLogApi::UnInitFn m_pfnUnInit = Function<KoLogApi::UnInitFn>("UnInit");
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Log};
     QTemporaryDir m_tmpDir;
+    CLS_LogService m_service;
 };
 
 QTEST_GUILESS_MAIN(tst_KoLog)
