@@ -161,9 +161,7 @@ std::unique_ptr<CLS_VideoPlayerEngine> TestPlayerEngine::MakePlayer(ST_Probe& _s
         const int iNumber = QuillTest::FrameNumberOf(_pFrame);
         _stProbe.m_iLast = iNumber;
         ++_stProbe.m_iShown;
-        int iLowest = _stProbe.m_iLowest.load();
-        while (iNumber < iLowest && !_stProbe.m_iLowest.compare_exchange_weak(iLowest, iNumber)) {
-        }
+        if (iNumber < _stProbe.m_iLowest.load()) _stProbe.m_iLowest = iNumber;  // one presenter
     });
     if (!_qstrName.isEmpty() && !pPlayer->OpenFile(Clip(_qstrName)))
         qWarning("cannot open %s: %s", qPrintable(_qstrName), pPlayer->LastError().c_str());

@@ -134,7 +134,6 @@ void TestPlayerSound::toneFollowsSoundSettings()
     QVERIFY(Listen(0.3) > 1600);
     // Black stands in for the pictures of a sound track.
     QVERIFY(pictures || iLuma.load() == 16);
-    QVERIFY(stPlayer.GetPlayedTime() >= 1);
 
     // Near the end, the sound plays out and the file ends once.
     QVERIFY(stPlayer.SetPlayPos(90));
@@ -158,7 +157,6 @@ void TestPlayerSound::noSoundDeviceStillPlays()
     QVERIFY(!stPlayer.CloseSound());
     QVERIFY(stPlayer.Play(0));
     QTRY_VERIFY(iShown.load() >= 10);
-    QVERIFY(stPlayer.GetPlayedTime() >= 0);
 }
 
 QTEST_GUILESS_MAIN(TestPlayerSound)
