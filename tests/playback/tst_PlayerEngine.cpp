@@ -161,7 +161,8 @@ std::unique_ptr<CLS_VideoPlayerEngine> TestPlayerEngine::MakePlayer(ST_Probe& _s
         const int iNumber = QuillTest::FrameNumberOf(_pFrame);
         _stProbe.m_iLast = iNumber;
         ++_stProbe.m_iShown;
-        if (iNumber < _stProbe.m_iLowest.load()) _stProbe.m_iLowest = iNumber;  // one presenter
+        // Only the presenter's thread writes it.
+        if (iNumber < _stProbe.m_iLowest.load()) _stProbe.m_iLowest = iNumber;
     });
     if (!_qstrName.isEmpty() && !pPlayer->OpenFile(Clip(_qstrName)))
         qWarning("cannot open %s: %s", qPrintable(_qstrName), pPlayer->LastError().c_str());
@@ -183,6 +184,7 @@ void TestPlayerEngine::initTestCase()
     const QStringList lossless{"-c:v", "libx264", "-preset", "ultrafast", "-qp",
                                "0",    "-g",      "10",      "-pix_fmt",  "yuv420p"};
     const QStringList aac{"-c:a", "aac"}, mp2{"-c:a", "mp2"}, ps{"-f", "mpeg"};
+    const QStringList dated{"-metadata", "creation_time=2024-03-15T10:23:45Z"};
     const auto psAt = [](int _iSeconds) {
         return QStringList{"-output_ts_offset", QString::number(_iSeconds), "-f", "mpeg"};
     };
@@ -197,14 +199,7 @@ void TestPlayerEngine::initTestCase()
         {"g711.avi", x264, {"-c:a", "pcm_mulaw", "-ar", "8000"}, {}},
         // Pixels twice as wide as high on screen; a recording's date and time.
         {"wide.mp4", x264, {}, {"-aspect", "8:3"}, 320, 240, 25, 2.0},
-        {"created.mp4",
-         x264,
-         {},
-         {"-metadata", "creation_time=2024-03-15T10:23:45Z"},
-         320,
-         240,
-         25,
-         2.0},
+        {"created.mp4", x264, {}, dated, 320, 240, 25, 2.0},
         // Recorder exports: a clock ten hours in; no container and no timestamps.
         {"rec_hours.ps", x264, mp2, psAt(36000)},
         {"rec_hours.mp4", x264, aac, {"-output_ts_offset", "36000"}},
