@@ -25,22 +25,6 @@ constexpr qint64 kBytesPerSecond = 48000 * 2;
 // busy machine lets the card's writer fall behind: a quarter of a second.
 constexpr qint64 kSettle = kBytesPerSecond / 4;
 
-// The level (root mean square) of what the card played between two offsets.
-double LevelOf(const QString& _qstrPath, qint64 _i64From, qint64 _i64To)
-{
-    QFile qfFile(_qstrPath);
-    if (!qfFile.open(QIODevice::ReadOnly) || !qfFile.seek(_i64From & ~qint64(1))) return -1.0;
-    const QByteArray qbaData = qfFile.read(_i64To - _i64From);
-    const int iCount = qbaData.size() / 2;
-    double dSum = 0.0;
-    for (int i = 0; i < iCount; ++i) {
-        qint16 sSample;
-        std::memcpy(&sSample, qbaData.constData() + 2 * i, 2);
-        dSum += double(sSample) * sSample;
-    }
-    return iCount > 0 ? std::sqrt(dSum / iCount) : -1.0;
-}
-
 }  // namespace
 
 class TestPlayerSound : public QObject
@@ -54,7 +38,7 @@ private slots:
     void noSoundDeviceStillPlays();
 
 private:
-    // What the card plays over the next _dSeconds.
+    // The level (root mean square) of what the card plays over the next _dSeconds.
     double Listen(double _dSeconds);
 
     QTemporaryDir m_qtmpDir;
@@ -83,10 +67,20 @@ void TestPlayerSound::initTestCase()
 
 double TestPlayerSound::Listen(double _dSeconds)
 {
-    const qint64 i64From = QFileInfo(m_qstrOut).size() + kSettle;
+    const qint64 i64From = (QFileInfo(m_qstrOut).size() + kSettle) & ~qint64(1);
     const qint64 i64To = i64From + qint64(_dSeconds * kBytesPerSecond);
     [&] { QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(m_qstrOut).size() >= i64To, 10000); }();
-    return LevelOf(m_qstrOut, i64From, i64To);
+    QFile qfFile(m_qstrOut);
+    if (!qfFile.open(QIODevice::ReadOnly) || !qfFile.seek(i64From)) return -1.0;
+    const QByteArray qbaData = qfFile.read(i64To - i64From);
+    const int iCount = qbaData.size() / 2;
+    double dSum = 0.0;
+    for (int i = 0; i < iCount; ++i) {
+        qint16 sSample;
+        std::memcpy(&sSample, qbaData.constData() + 2 * i, 2);
+        dSum += double(sSample) * sSample;
+    }
+    return iCount > 0 ? std::sqrt(dSum / iCount) : -1.0;
 }
 
 void TestPlayerSound::toneFollowsSoundSettings_data()
@@ -140,7 +134,6 @@ void TestPlayerSound::toneFollowsSoundSettings()
     QVERIFY(Listen(0.3) > 1600);
     // Black stands in for the pictures of a sound track.
     QVERIFY(pictures || iLuma.load() == 16);
-    QVERIFY(stPlayer.GetPlayedTime() >= 1);
 
     // Near the end, the sound plays out and the file ends once.
     QVERIFY(stPlayer.SetPlayPos(90));
@@ -164,7 +157,6 @@ void TestPlayerSound::noSoundDeviceStillPlays()
     QVERIFY(!stPlayer.CloseSound());
     QVERIFY(stPlayer.Play(0));
     QTRY_VERIFY(iShown.load() >= 10);
-    QVERIFY(stPlayer.GetPlayedTime() >= 0);
 }
 
 QTEST_GUILESS_MAIN(TestPlayerSound)
