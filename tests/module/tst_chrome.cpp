@@ -1,0 +1,335 @@
+// The player's chrome on its own: the progress slider, the state button, the
+// speed list and its delegate, the control bar and the top bar. How the
+// dialog wires them to the player is the player tests' part.
+
+#include "CLS_Player7ComboBox.h"
+#include "CLS_Player7ListItemDelegate.h"
+#include "CLS_WgtPlayerControlBar.h"
+#include "CLS_WgtPlayerSlider.h"
+#include "CLS_WgtPlayerTopBar.h"
+#include "KoServices.h"
+#include "ServiceFixture.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QListView>
+#include <QPainter>
+#include <QSignalSpy>
+#include <QStandardItemModel>
+#include <QTest>
+#include <QTime>
+#include <QVBoxLayout>
+
+#include <memory>
+
+namespace {
+
+// The fill colour of the test palette; the highlight is red.
+constexpr QRgb kFill = 0x202020;
+
+int Reddish(const QImage& _img)
+{
+    int iCount = 0;
+    for (int i = 0; i < _img.width() * _img.height(); ++i) {
+        const QRgb rgb = _img.pixel(i % _img.width(), i / _img.width());
+        iCount += qRed(rgb) > qGreen(rgb) + 60 && qRed(rgb) > qBlue(rgb) + 60 ? 1 : 0;
+    }
+    return iCount;
+}
+
+QRgb Rgb(const QImage& _img, int _iX, int _iY)
+{
+    return _img.pixel(_iX, _iY) & 0xffffff;
+}
+
+// One speed entry as the delegate paints it, _qstrText in the delegate's own role.
+QImage Render(const QString& _qstrText, const QSize& _size, QStyle::State _state = {})
+{
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QStringLiteral("shown")));
+    model.setData(model.index(0, 0), _qstrText, CLS_Player7ListItemDelegate::kTextRole);
+    QImage img(_size, QImage::Format_ARGB32);
+    img.fill(Qt::transparent);
+    QStyleOptionViewItem option;
+    option.rect = QRect(QPoint(0, 0), _size);
+    option.state = QStyle::State_Enabled | _state;
+    QPainter painter(&img);
+    CLS_Player7ListItemDelegate().paint(&painter, option, model.index(0, 0));
+    return img;
+}
+
+template <typename T = QWidget>
+T* Child(const QWidget& _parent, const char* _pName)
+{
+    return _parent.findChild<T*>(QString::fromLatin1(_pName));
+}
+
+int State(const CLS_WgtPlayerControlBar& _bar, const char* _pButton)
+{
+    return Child(_bar, _pButton)->property("state").toInt();
+}
+
+}  // namespace
+
+class TestChrome : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        // The colour service reads the active skin's palette below the current
+        // directory; this one gives colours a pixel test can tell apart.
+        QVERIFY(m_services.IsReady());
+        QVERIFY(m_services.WorkDir().WriteFile(
+            QStringLiteral("resource/skin/dark/palette.json"),
+            R"({"Common": {"<BgColor_Common>": "#202020", "<FontColor_Common>": "#d0d0d0"},
+                "ModulePassengerFlowStatistic": {"<FontColor_Pass>": "#ff2020"}})"));
+    }
+
+    void sliderPressJumpsAndReleaseReports()
+    {
+        CLS_WgtPlayerSlider slider;
+        slider.setOrientation(Qt::Horizontal);
+        slider.setFixedSize(200, 20);
+        slider.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&slider));
+        QSignalSpy clicks(&slider, &CLS_WgtPlayerSlider::SliderClick);
+        // minimum, maximum, press x, value after the press, release x, value reported
+        const int cases[][6] = {{0, 100, 150, 75, 199, 99},   // release at the last pixel
+                                {0, 100, 10, 5, 250, 125},    // released beyond the right end
+                                {0, 100, 10, 5, -40, -20},    // released left of the widget
+                                {10, 30, 100, 20, 150, 25}};  // range not starting at zero
+        for (const auto& c : cases) {
+            slider.setRange(c[0], c[1]);
+            clicks.clear();
+            QTest::mousePress(&slider, Qt::LeftButton, {}, QPoint(c[2], 10));
+            QCOMPARE(slider.value(), c[3]);
+            QTest::mouseRelease(&slider, Qt::LeftButton, {}, QPoint(c[4], 10));
+            QCOMPARE(clicks, QList<QVariantList>{{c[5]}});
+            // Reporting is all a release does; moving the slider is the receiver's call.
+            QCOMPARE(slider.value(), c[3]);
+        }
+    }
+
+    void comboListOpensAbove()
+    {
+        QWidget window;
+        auto* pCombo = new CLS_Player7ComboBox(&window);
+        (new QVBoxLayout(&window))->addWidget(pCombo);
+        pCombo->addItems({"0", "1", "2", "3", "4", "5"});
+        pCombo->setCurrentIndex(5);
+        window.setGeometry(200, 420, 200, 40);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        // Animated combo boxes need the general effects switch on too.
+        QApplication::setEffectEnabled(Qt::UI_General, true);
+        QApplication::setEffectEnabled(Qt::UI_AnimateCombo, true);
+        pCombo->showPopup();
+        QWidget* pContainer = pCombo->view()->window();
+        QTRY_VERIFY(pContainer->isVisible());
+        const QPoint qptCombo = pCombo->mapToGlobal(QPoint(0, 0));
+        QCOMPARE(pContainer->geometry().bottomLeft() + QPoint(0, 1), qptCombo);
+        pCombo->hidePopup();
+    }
+
+    void delegatePaintsEntriesAndTheMarker()
+    {
+        // The text shows on the fill, in the highlight only when hovered or selected.
+        const QImage imgPlain = Render(QStringLiteral("16X"), QSize(80, 30));
+        QVERIFY(imgPlain != Render(QStringLiteral(" "), QSize(80, 30)));
+        QVERIFY(Rgb(imgPlain, 5, 15) == kFill && Reddish(imgPlain) == 0);
+        const QImage imgHover = Render(QStringLiteral("16X"), QSize(80, 30), QStyle::State_MouseOver);
+        QVERIFY(Reddish(imgHover) > 10);
+        QCOMPARE(Render(QStringLiteral("16X"), QSize(80, 30), QStyle::State_Selected), imgHover);
+
+        // The empty entry: a triangle pointing down, from the top of the
+        // middle half to a point at the bottom centre, the corners untouched.
+        const QImage img = Render(QString(), QSize(40, 10), QStyle::State_MouseOver);
+        QCOMPARE(QList<QRgb>({Rgb(img, 12, 1), Rgb(img, 20, 8)}), QList<QRgb>({kFill, kFill}));
+        QCOMPARE(qAlpha(img.pixel(2, 1)) + qAlpha(img.pixel(12, 8)), 0);
+    }
+
+    void speedListAndEmptyEntry()
+    {
+        CLS_WgtPlayerControlBar bar;
+        auto* pCombo = Child<CLS_Player7ComboBox>(bar, "comboBox_speedinfo");
+        // The empty tenth entry is no speed: back to the last one, silently.
+        QSignalSpy speeds(&bar, &CLS_WgtPlayerControlBar::SignSpeedChange);
+        QCOMPARE(pCombo->currentIndex(), 4);
+        pCombo->setCurrentIndex(9);
+        QCOMPARE(pCombo->currentIndex(), 4);
+        bar.SetSpeedIndex(6);  // mirroring the player is not a choice
+        pCombo->setCurrentIndex(9);
+        QCOMPARE(pCombo->currentIndex(), 6);
+        QCOMPARE(speeds.count(), 0);
+    }
+
+    void currentAndTotalTime()
+    {
+        CLS_WgtPlayerControlBar bar;
+        const QLabel* pLabel = Child<QLabel>(bar, "label_videoTime");
+        QCOMPARE(pLabel->text(), QStringLiteral("00:00:00/00:00:00"));
+        bar.SetCurrentTime(5);  // beyond a total of 0
+        QCOMPARE(pLabel->text(), QStringLiteral("00:00:00/00:00:00"));
+        bar.SetTotalTime(3725);
+        bar.SetCurrentTime(61);
+        QCOMPARE(pLabel->text(), QStringLiteral("00:01:01/01:02:05"));
+        // A negative total, a current time beyond the total or below 0 change nothing.
+        bar.SetTotalTime(-1);
+        bar.SetCurrentTime(3725);
+        bar.SetCurrentTime(3726);
+        bar.SetCurrentTime(-1);
+        QCOMPARE(pLabel->text(), QStringLiteral("01:02:05/01:02:05"));
+        bar.SetTotalTime(360000);
+        bar.SetCurrentTime(360000);
+        QCOMPARE(pLabel->text(), QStringLiteral("100:00:00/100:00:00"));
+    }
+
+    void speedIndexAppliesSoundRule_data()
+    {
+        QTest::addColumn<QStringList>("stored");  // OpenSound, SoundSet; none: absent
+        QTest::addColumn<int>("index");
+        QTest::addColumn<int>("volume");
+        QTest::addColumn<bool>("soundOn");
+        QTest::newRow("2X mutes though sound is on") << QStringList{"1", "30"} << 5 << 0 << false;
+        QTest::newRow("1X restores the stored volume") << QStringList{"1", "30"} << 4 << 30 << true;
+        QTest::newRow("1X with sound switched off") << QStringList{"0", "70"} << 4 << 70 << false;
+        QTest::newRow("1X with nothing stored") << QStringList() << 4 << 50 << true;
+    }
+
+    void speedIndexAppliesSoundRule()
+    {
+        QFETCH(QStringList, stored);
+        QFETCH(int, index);
+        QFETCH(int, volume);
+        QFETCH(bool, soundOn);
+        const char* const keys[] = {"OpenSound", "SoundSet"};
+        for (int i = 0; i < 2; ++i) {
+            if (stored.isEmpty())
+                KoService::DeleteParam("ModuleKoPlayer", keys[i]);
+            else
+                QVERIFY(KoService::SetParam("ModuleKoPlayer", keys[i], stored[i].toStdString()));
+        }
+        CLS_WgtPlayerControlBar bar;
+        bar.SetSoundState(true);
+        bar.SetSoundValue(80);
+        bar.SetSpeedIndex(index);
+        const auto* pVolume = Child<QSlider>(bar, "horizontalSlider_sound");
+        QCOMPARE(Child<QComboBox>(bar, "comboBox_speedinfo")->currentIndex(), index);
+        QCOMPARE(pVolume->value(), volume);
+        QCOMPARE(pVolume->isEnabled(), soundOn);
+        QCOMPARE(State(bar, "toolButton_sound"), int(soundOn));
+    }
+
+    // Each button and slider of the bar reaches its own signal and no other;
+    // the player tests drive the bar from its signals on.
+    void controlsReachTheirSignals()
+    {
+        CLS_WgtPlayerControlBar bar;
+        bar.resize(900, 84);
+        bar.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&bar));
+        const char* const buttons[][2] = {
+            {"pushButton_openfile", "SignOpenVideoFile()"}, {"toolButton_stepback", "SignStepBack()"},
+            {"toolButton_slowplay", "SignSlowPlay()"}, {"toolButton_play", "SignVideoPlayOrPause()"},
+            {"toolButton_stop", "SignStop()"}, {"toolButton_fastplay", "SignFastPlay()"},
+            {"toolButton_stepup", "SignStepUp()"}, {"toolButton_full", "SignFullScreen()"},
+            {"toolButton_sound", "SignSoundOpenOrClose()"},
+            {"toolButton_histroytable", "SignShowHistroyLog()"}};
+        std::vector<std::unique_ptr<QSignalSpy>> spies;
+        for (const auto& button : buttons)
+            spies.push_back(
+                std::make_unique<QSignalSpy>(&bar, QByteArray(QByteArray("2") + button[1]).constData()));
+        for (size_t i = 0; i < spies.size(); ++i) {
+            auto* pButton = Child<QAbstractButton>(bar, buttons[i][0]);
+            // The keyboard must stay with the dialog for Space and Escape.
+            QCOMPARE(pButton->focusPolicy(), Qt::NoFocus);
+            QTest::mouseClick(pButton, Qt::LeftButton);
+            for (size_t k = 0; k < spies.size(); ++k)
+                QVERIFY2(spies[k]->count() == (k == i ? 1 : 0), buttons[i][0]);
+            spies[i]->clear();
+        }
+
+        const char* const sliders[][4] = {
+            {"slider_Play", SIGNAL(SignSliderMoved(int)), SIGNAL(SignSliderValueChanged(int)),
+             SIGNAL(SignSliderClicked(int))},
+            {"horizontalSlider_sound", SIGNAL(SignSoundSliderMoved(int)),
+             SIGNAL(SignSoundSliderValueChanged(int)), SIGNAL(SignSoundSliderPressed(int))}};
+        for (const auto& names : sliders) {
+            auto* pSlider = Child<CLS_WgtPlayerSlider>(bar, names[0]);
+            pSlider->setEnabled(true);
+            QSignalSpy moved(&bar, names[1]), changed(&bar, names[2]), clicked(&bar, names[3]);
+            pSlider->setSliderDown(true);
+            pSlider->setSliderPosition(30);
+            pSlider->setSliderDown(false);
+            pSlider->setFixedWidth(100);
+            QTest::mouseRelease(pSlider, Qt::LeftButton, {}, QPoint(120, 5));
+            QCOMPARE(moved, QList<QVariantList>{{30}});
+            QCOMPARE(changed, QList<QVariantList>{{30}});
+            QCOMPARE(clicked, QList<QVariantList>{{120}});
+        }
+    }
+
+    void statesFollowThePlayer()
+    {
+        CLS_WgtPlayerControlBar bar;
+        auto* pPlay = Child<QSlider>(bar, "slider_Play");
+        auto* pVolume = Child<QSlider>(bar, "horizontalSlider_sound");
+        bar.SetPlayState(true);
+        bar.SetSoundValue(101);  // out of range: ignored
+        bar.SetSoundState(true);
+        QCOMPARE(State(bar, "toolButton_play") + State(bar, "toolButton_sound"), 2);
+        QVERIFY(pVolume->isEnabled() && pVolume->value() == 0);
+        bar.SetSoundValue(40);
+        bar.SetPlaySliderValueChecked(101);
+        QCOMPARE(pPlay->value(), 0);
+        bar.SetPlaySliderValueChecked(35);
+        bar.SetTotalTime(100);
+        bar.SetCurrentTime(35);
+
+        bar.SetVideoStopped(true);
+        QCOMPARE(QPoint(pPlay->value(), pVolume->value()), QPoint(0, 0));
+        QCOMPARE(Child<QLabel>(bar, "label_videoTime")->text(), QStringLiteral("00:00:00/00:01:40"));
+        // The icons wait for the player; the flags are already cleared.
+        QCOMPARE(State(bar, "toolButton_play"), 1);
+        bar.RefreshButtonStates();
+        QCOMPARE(State(bar, "toolButton_play") + State(bar, "toolButton_sound"), 0);
+        QVERIFY(!pVolume->isEnabled());
+    }
+
+    void topBarClockTicks()
+    {
+        CLS_WgtPlayerTopBar bar;
+        const auto* pTime = Child<QLabel>(bar, "label_time");
+        // Local time, 24-hour; the waits only catch a clock that never ticks.
+        QTRY_VERIFY_WITH_TIMEOUT(QTime::fromString(pTime->text(), "hh:mm:ss").isValid(), 15000);
+        const int iBehind = QTime::fromString(pTime->text(), "hh:mm:ss").secsTo(QTime::currentTime());
+        QVERIFY((iBehind + 86400) % 86400 < 3);
+        const QString qstrFirst = pTime->text();
+        QTRY_VERIFY_WITH_TIMEOUT(pTime->text() != qstrFirst, 15000);
+    }
+
+    // Without the light skin's sheet the top bar stays unstyled, rather than
+    // borrowing the dark one, and says why.
+    void topBarWithoutItsSheet()
+    {
+        QuillTest::ScopedWorkDir workDir;
+        QVERIFY(workDir.WriteFile("resource/skin/dark/ModuleKoPlayer/qss/TopBar.qss", "QLabel {}"));
+        qApp->setProperty("Skin", 1);
+        CLS_WgtPlayerTopBar bar;
+        qApp->setProperty("Skin", QVariant());
+        QVERIFY(bar.styleSheet().isEmpty());
+        QVERIFY(m_services.LogText(QStringLiteral("ModuleKoPlayer"))
+                    .contains("CLS_WgtToolboxBar COMMON_PLATFORM_WIN SetStyleSheetByFile Loading "
+                              "Failed,Path = ./resource/skin/light/ModuleKoPlayer/qss/TopBar.qss"));
+    }
+
+private:
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Log, QuillTest::Service::Param,
+                                         QuillTest::Service::ColorManage};
+};
+
+QTEST_MAIN(TestChrome)
+#include "tst_chrome.moc"
