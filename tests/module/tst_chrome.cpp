@@ -1,7 +1,8 @@
-// The player's chrome on its own: the progress slider, the state button, the
+// The player's chrome on its own: the progress slider and its cut marks, the
 // speed list and its delegate, the control bar and the top bar. How the
 // dialog wires them to the player is the player tests' part.
 
+#include "CLS_ClipCutController.h"
 #include "CLS_Player7ComboBox.h"
 #include "CLS_Player7ListItemDelegate.h"
 #include "CLS_WgtPlayerControlBar.h"
@@ -14,6 +15,7 @@
 #include <QApplication>
 #include <QLabel>
 #include <QListView>
+#include <QMenu>
 #include <QPainter>
 #include <QSignalSpy>
 #include <QStandardItemModel>
@@ -58,6 +60,21 @@ QImage Render(const QString& _qstrText, const QSize& _size, QStyle::State _state
     CLS_Player7ListItemDelegate().paint(&painter, option, model.index(0, 0));
     return img;
 }
+
+// A cut controller on a 0..100 slider, its played time and playing state
+// set by the test.
+struct CutRig
+{
+    QWidget window;
+    CLS_WgtPlayerSlider* pSlider = new CLS_WgtPlayerSlider(&window);
+    int iPlayed = 5;
+    bool blPlaying = true;
+    CLS_ClipCutController controller{&window, pSlider, [this](int& _iPlayed) {
+                                         _iPlayed = iPlayed;
+                                         return blPlaying;
+                                     }};
+    CutRig() { pSlider->setRange(0, 100); }
+};
 
 template <typename T = QWidget>
 T* Child(const QWidget& _parent, const char* _pName)
@@ -113,6 +130,69 @@ private slots:
         }
     }
 
+    // The cut marks follow the picture on screen, 200 s on a 0..100 slider:
+    // the slider shows the stretch the clip holds, the later mark covering
+    // its whole second.
+    void cutMarksShowTheClip_data()
+    {
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("second");
+        QTest::addColumn<int>("low");
+        QTest::addColumn<int>("high");
+        QTest::newRow("in order") << 20 << 60 << 10 << 30;
+        QTest::newRow("second before first") << 60 << 20 << 10 << 30;
+        QTest::newRow("same second") << 40 << 40 << 20 << 20;
+        QTest::newRow("last second") << 0 << 199 << 0 << 100;
+    }
+
+    void cutMarksShowTheClip()
+    {
+        QFETCH(int, first);
+        QFETCH(int, second);
+        QFETCH(int, low);
+        QFETCH(int, high);
+        CutRig rig;
+        rig.controller.SetFile(QStringLiteral("/videos/a.mp4"), 200);
+        rig.iPlayed = first;
+        rig.controller.SlotSetFirstMark();
+        QVERIFY(rig.pSlider->IsFirstCutSet() && !rig.pSlider->IsSecondCutSet());
+        rig.iPlayed = second;
+        rig.controller.SlotSetSecondMark();
+        QCOMPARE(rig.pSlider->GetFirstCutValue(), low);
+        QCOMPARE(rig.pSlider->GetSecondCutValue(), high);
+        // The same four entries reach any menu, export enabled now both are set.
+        QMenu qMenu;
+        rig.controller.AddActions(&qMenu);
+        QCOMPARE(qMenu.actions().size(), 4);
+        QVERIFY(qMenu.actions().last()->isEnabled());
+    }
+
+    void cutMarksBelongToOneFile()
+    {
+        CutRig rig;
+        rig.blPlaying = false;
+        QSignalSpy spyNotice(&rig.controller, &CLS_ClipCutController::SignNotice);
+        // Nothing playing: no mark, and an export asks for marks first.
+        rig.controller.SetFile(QStringLiteral("/videos/a.mp4"), 100);
+        rig.controller.SlotSetFirstMark();
+        QCOMPARE(rig.controller.FirstMark(), -1);
+        rig.controller.SlotExport();
+        QCOMPARE(spyNotice.count(), 1);
+
+        rig.blPlaying = true;
+        rig.controller.SlotSetFirstMark();
+        rig.controller.SlotSetSecondMark();
+        // Reopening the same file (a resume, a longer total) keeps them ...
+        rig.controller.SetFile(QStringLiteral("/videos/a.mp4"), 120);
+        QVERIFY(rig.controller.FirstMark() == 5 && rig.pSlider->IsSecondCutSet());
+        // ... another file drops them, and so does clearing.
+        rig.controller.SetFile(QStringLiteral("/videos/b.mp4"), 100);
+        QVERIFY(rig.controller.FirstMark() == -1 && !rig.pSlider->IsFirstCutSet());
+        rig.controller.SlotSetFirstMark();
+        rig.controller.SlotClearMarks();
+        QVERIFY(!rig.pSlider->IsFirstCutSet() && rig.controller.FirstMark() == -1);
+    }
+
     void comboListOpensAbove()
     {
         QWidget window;
@@ -164,27 +244,6 @@ private slots:
         pCombo->setCurrentIndex(9);
         QCOMPARE(pCombo->currentIndex(), 6);
         QCOMPARE(speeds.count(), 0);
-    }
-
-    void currentAndTotalTime()
-    {
-        CLS_WgtPlayerControlBar bar;
-        const QLabel* pLabel = Child<QLabel>(bar, "label_videoTime");
-        QCOMPARE(pLabel->text(), QStringLiteral("00:00:00/00:00:00"));
-        bar.SetCurrentTime(5);  // beyond a total of 0
-        QCOMPARE(pLabel->text(), QStringLiteral("00:00:00/00:00:00"));
-        bar.SetTotalTime(3725);
-        bar.SetCurrentTime(61);
-        QCOMPARE(pLabel->text(), QStringLiteral("00:01:01/01:02:05"));
-        // A negative total, a current time beyond the total or below 0 change nothing.
-        bar.SetTotalTime(-1);
-        bar.SetCurrentTime(3725);
-        bar.SetCurrentTime(3726);
-        bar.SetCurrentTime(-1);
-        QCOMPARE(pLabel->text(), QStringLiteral("01:02:05/01:02:05"));
-        bar.SetTotalTime(360000);
-        bar.SetCurrentTime(360000);
-        QCOMPARE(pLabel->text(), QStringLiteral("100:00:00/100:00:00"));
     }
 
     void speedIndexAppliesSoundRule_data()
@@ -272,27 +331,38 @@ private slots:
         }
     }
 
-    void statesFollowThePlayer()
+    // Values out of range change nothing; a stop clears the sliders and the
+    // time at once, the icons only when the player refreshes them.
+    void barIgnoresOutOfRangeAndStops()
     {
         CLS_WgtPlayerControlBar bar;
         auto* pPlay = Child<QSlider>(bar, "slider_Play");
         auto* pVolume = Child<QSlider>(bar, "horizontalSlider_sound");
-        bar.SetPlayState(true);
-        bar.SetSoundValue(101);  // out of range: ignored
-        bar.SetSoundState(true);
-        QCOMPARE(State(bar, "toolButton_play") + State(bar, "toolButton_sound"), 2);
-        QVERIFY(pVolume->isEnabled() && pVolume->value() == 0);
-        bar.SetSoundValue(40);
-        bar.SetPlaySliderValueChecked(101);
-        QCOMPARE(pPlay->value(), 0);
-        bar.SetPlaySliderValueChecked(35);
-        bar.SetTotalTime(100);
-        bar.SetCurrentTime(35);
+        const auto* pTime = Child<QLabel>(bar, "label_videoTime");
+        bar.SetCurrentTime(5);  // beyond a total of 0
+        QCOMPARE(pTime->text(), QStringLiteral("00:00:00/00:00:00"));
+        bar.SetTotalTime(3725);
+        bar.SetCurrentTime(61);
+        bar.SetTotalTime(-1);
+        bar.SetCurrentTime(3726);
+        bar.SetCurrentTime(-1);
+        QCOMPARE(pTime->text(), QStringLiteral("00:01:01/01:02:05"));
+        bar.SetTotalTime(360000);
+        bar.SetCurrentTime(360000);
+        QCOMPARE(pTime->text(), QStringLiteral("100:00:00/100:00:00"));
 
+        bar.SetPlayState(true);
+        bar.SetSoundState(true);
+        bar.SetSoundValue(101);
+        bar.SetPlaySliderValueChecked(101);
+        QCOMPARE(QPoint(pPlay->value(), pVolume->value()), QPoint(0, 0));
+        bar.SetSoundValue(40);
+        bar.SetPlaySliderValueChecked(35);
+        QCOMPARE(QPoint(pPlay->value(), pVolume->value()), QPoint(35, 40));
+        QCOMPARE(State(bar, "toolButton_play") + State(bar, "toolButton_sound"), 2);
         bar.SetVideoStopped(true);
         QCOMPARE(QPoint(pPlay->value(), pVolume->value()), QPoint(0, 0));
-        QCOMPARE(Child<QLabel>(bar, "label_videoTime")->text(), QStringLiteral("00:00:00/00:01:40"));
-        // The icons wait for the player; the flags are already cleared.
+        QCOMPARE(pTime->text(), QStringLiteral("00:00:00/100:00:00"));
         QCOMPARE(State(bar, "toolButton_play"), 1);
         bar.RefreshButtonStates();
         QCOMPARE(State(bar, "toolButton_play") + State(bar, "toolButton_sound"), 0);
