@@ -8,15 +8,8 @@
 #include "ServiceFixture.h"
 #include "WriteFaults.h"
 
-#include <QDir>
-#include <QLabel>
-#include <QListWidget>
-#include <QPushButton>
-#include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTextEdit>
-#include <QToolButton>
 #include <QtTest>
+#include <QtWidgets>
 
 #include <optional>
 

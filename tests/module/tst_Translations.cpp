@@ -14,17 +14,7 @@
 
 namespace {
 
-QDir SourceFolder()
-{
-    return QDir(QStringLiteral(QUILL_SOURCE_DIR "/Lang/QuillPlayer"));
-}
-
-QStringList Languages()
-{
-    QStringList lstStems = SourceFolder().entryList({QStringLiteral("*.ts")}, QDir::Files);
-    lstStems.replaceInStrings(QStringLiteral(".ts"), QString());
-    return lstStems;
-}
+const QDir kSource(QStringLiteral(QUILL_SOURCE_DIR "/Lang/QuillPlayer"));
 
 // "context\nsource" -> the translation's type: empty when finished; an empty
 // translation counts as unfinished.
@@ -68,12 +58,12 @@ private slots:
         QTemporaryDir tmp;
         QVERIFY(tmp.isValid());
         QStringList lstCopies;
-        const QStringList lstStems = Languages();
-        QVERIFY(lstStems.size() > 1);
-        for (const QString& qstrStem : lstStems) {
-            lstCopies << tmp.filePath(qstrStem + QStringLiteral(".ts"));
-            QVERIFY(QFile::copy(SourceFolder().filePath(qstrStem + QStringLiteral(".ts")),
-                                lstCopies.last()));
+        const QStringList lstFiles = kSource.entryList({QStringLiteral("*.ts")}, QDir::Files);
+        QVERIFY(lstFiles.size() > 1);
+        for (const QString& qstrFile : lstFiles) {
+            const QString qstrStem = QFileInfo(qstrFile).completeBaseName();
+            lstCopies << tmp.filePath(qstrFile);
+            QVERIFY(QFile::copy(kSource.filePath(qstrFile), lstCopies.last()));
             // Compiled to where the dialog loads it from, and translating.
             QTranslator translator;
             QVERIFY2(translator.load(QuillTest::BinPath("Lang/QuillPlayer/" + qstrStem + ".qm"),
@@ -94,7 +84,7 @@ private slots:
         for (const QString& qstrCopy : qAsConst(lstCopies)) {
             const QString qstrStem = QFileInfo(qstrCopy).completeBaseName();
             const QHash<QString, QString> hashCommitted =
-                Messages(SourceFolder().filePath(qstrStem + QStringLiteral(".ts")));
+                Messages(kSource.filePath(qstrStem + QStringLiteral(".ts")));
             const QHash<QString, QString> hashUpdated = Messages(qstrCopy);
             // A scan that misses the framework's own text sees nothing at all.
             QVERIFY2(hashUpdated.value("CLS_ModuleBasic\nModuleName", "?").isEmpty(),

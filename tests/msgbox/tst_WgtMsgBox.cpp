@@ -1,23 +1,15 @@
 #include "CLS_WgtMsgBox.h"
 #include "ServiceFixture.h"
 
-#include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QSignalSpy>
-#include <QTest>
-#include <QToolButton>
+#include <QtTest>
+#include <QtWidgets>
 
 #include <memory>
 
 namespace {
 
-constexpr int kOk = 1024;
-constexpr int kCancel = 4194304;
-constexpr int kYes = 16384;
-constexpr int kNo = 65536;
+// The standard buttons' values, as requests carry them.
+constexpr int kOk = 0x400, kCancel = 0x400000, kYes = 0x4000, kNo = 0x10000;
 
 QVariantMap Request(int _iType, int _iButtons, int _iDefault, const QString& _qstrContent = "msg")
 {
