@@ -123,20 +123,13 @@ private slots:
 
     void writesTheStoreInDisplayOrder()
     {
-        QVERIFY(CLS_HistroyFile::Write(kFile, {{"D:\\v\\录像.sdv", 75}}, {"D:\\v\\录像.sdv"}));
-        QCOMPARE(QString::fromUtf8(QuillTest::ReadFile(kFile)), QStringLiteral(R"({
-    "History": [
-        {
-            "path": "D:\\v\\录像.sdv",
-            "pos": 75
-        }
-    ]
-}
-)"));
         // A path without a position is left out; a repeated one is written each time.
-        QVERIFY(CLS_HistroyFile::Write(kFile, {{"/v/b.mp4", 75}, {"/v/c.mp4", 0}},
-                                       {"/v/b.mp4", "/v/x.mp4", "/v/c.mp4", "/v/b.mp4"}));
-        QCOMPARE(ReadBack(), QStringLiteral("0 /v/b.mp4:75 /v/c.mp4:0 /v/b.mp4:75"));
+        QVERIFY(
+            CLS_HistroyFile::Write(kFile, {{"D:\\v\\录像.sdv", 75}, {"/v/c.mp4", 0}},
+                                   {"D:\\v\\录像.sdv", "/v/x.mp4", "/v/c.mp4", "D:\\v\\录像.sdv"}));
+        QCOMPARE(ReadBack(), QStringLiteral("0 D:\\v\\录像.sdv:75 /v/c.mp4:0 D:\\v\\录像.sdv:75"));
+        // Indented, one member a line.
+        QVERIFY(QuillTest::ReadFile(kFile).startsWith("{\n    \"History\": [\n        {\n"));
         QVERIFY(CLS_HistroyFile::Write(kFile, {}, {}));
         QCOMPARE(ReadBack(), QStringLiteral("0"));
     }
@@ -205,7 +198,8 @@ private slots:
         const auto check = [&]() -> QString {
             const QString qstrRead = ReadBack();
             QStringList qlstExpected{"0"};
-            for (const auto& entry : version(qstrRead.section(':', 1, 1).section(' ', 0, 0).toInt()))
+            for (const auto& entry :
+                 version(qstrRead.section(':', 1, 1).section(' ', 0, 0).toInt()))
                 qlstExpected << entry.first + ':' + QString::number(entry.second);
             return qstrRead == qlstExpected.join(' ') ? QString() : qstrRead;
         };
@@ -234,7 +228,8 @@ private slots:
         QCOMPARE(qlstStored.size(), 20);
         QCOMPARE(qlstStored.mid(0, 2) + qlstStored.mid(19),
                  QStringList({"new.mp4:2", "dup.mp4:300", "old19.ps:19"}));
-        QCOMPARE(Rows(panel), QStringList(qlstStored).replaceInStrings(QRegularExpression(":\\d+$"), ""));
+        QCOMPARE(Rows(panel),
+                 QStringList(qlstStored).replaceInStrings(QRegularExpression(":\\d+$"), ""));
     }
 
     void failedWriteKeepsTheChange()
@@ -255,8 +250,9 @@ private slots:
     {
         const QString qstrClip = Video(QStringLiteral("clip.mp4"));
         // The second and third rows have no path: they show and do nothing.
-        QVERIFY(m_services.WorkDir().WriteFile(
-            kFile, "{\"History\": [{\"path\": \"" + qstrClip.toUtf8() + "\", \"pos\": 75}, {\"pos\": 3}, 7]}"));
+        QVERIFY(m_services.WorkDir().WriteFile(kFile, "{\"History\": [{\"path\": \"" +
+                                                          qstrClip.toUtf8() +
+                                                          "\", \"pos\": 75}, {\"pos\": 3}, 7]}"));
         CLS_WgtHistroyList panel;
         panel.show();
         QVERIFY(QTest::qWaitForWindowExposed(&panel));
@@ -325,7 +321,8 @@ private slots:
         CLS_WgtHistroyList panel;
         auto* pBar = panel.findChild<CLS_WgtPlayer7ToolboxBar*>();
         QSignalSpy spyHide(&panel, &CLS_WgtHistroyList::SignHideHistrouListWgt);
-        QTest::mouseClick(pBar->findChild<QToolButton*>(QStringLiteral("tlb_arrow")), Qt::LeftButton);
+        QTest::mouseClick(pBar->findChild<QToolButton*>(QStringLiteral("tlb_arrow")),
+                          Qt::LeftButton);
         QTest::mousePress(pBar, Qt::LeftButton, {}, QPoint(10, 10));
         QCOMPARE(spyHide.count(), 2);
         // A right-to-left language puts the caption at the right.

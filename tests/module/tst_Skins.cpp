@@ -88,8 +88,8 @@ private slots:
                 QWidget widget;
                 widget.setStyleSheet(qstrSheet);
                 widget.ensurePolished();
-                QVERIFY2(g_lstWarnings.isEmpty(), qPrintable(skin + '/' + qstrFile + ": " +
-                                                             g_lstWarnings.join('\n')));
+                QVERIFY2(g_lstWarnings.isEmpty(),
+                         qPrintable(skin + '/' + qstrFile + ": " + g_lstWarnings.join('\n')));
                 for (auto it = reUrl.globalMatch(qstrSheet); it.hasNext(); ++iImages) {
                     const QString qstrUrl = it.next().captured(1);
                     QVERIFY2(qstrUrl.startsWith(SkinRoot(skin)) && QSvgRenderer(qstrUrl).isValid(),
@@ -112,12 +112,14 @@ private slots:
             bar.resize(900, 84);
             bar.show();
             QVERIFY(QTest::qWaitForWindowExposed(&bar));
-            for (const QString button : {"toolButton_play", "toolButton_sound", "toolButton_stepup"}) {
+            for (const QString button :
+                 {"toolButton_play", "toolButton_sound", "toolButton_stepup"}) {
                 auto* pButton = bar.findChild<CLS_PlayerToolButton*>(button);
                 const QImage imgStart = pButton->grab().toImage();
                 if (button != QLatin1String("toolButton_stepup")) {
                     pButton->SetState(1);
-                    QVERIFY2(pButton->grab().toImage() != imgStart, qPrintable(skin + ' ' + button));
+                    QVERIFY2(pButton->grab().toImage() != imgStart,
+                             qPrintable(skin + ' ' + button));
                     pButton->SetState(0);
                     QCOMPARE(pButton->grab().toImage(), imgStart);
                 }

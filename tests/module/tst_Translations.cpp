@@ -69,13 +69,15 @@ private slots:
             QVERIFY2(translator.load(QuillTest::BinPath("Lang/QuillPlayer/" + qstrStem + ".qm"),
                                      QString(), QString(), QString()),
                      qPrintable(qstrStem));
-            const QString qstrSample = translator.translate("CLS_WgtPlayerControlBar", "btn_play_pause");
+            const QString qstrSample =
+                translator.translate("CLS_WgtPlayerControlBar", "btn_play_pause");
             QVERIFY(!qstrSample.isEmpty() && qstrSample != QLatin1String("btn_play_pause"));
         }
         QProcess lupdate;
         lupdate.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        lupdate.start(QUILL_LUPDATE, QStringList{"-silent", "-locations", "none",
-                                                 "@" QUILL_LUPDATE_LIST, "-ts"} + lstCopies);
+        lupdate.start(QUILL_LUPDATE,
+                      QStringList{"-silent", "-locations", "none", "@" QUILL_LUPDATE_LIST, "-ts"} +
+                          lstCopies);
         QVERIFY(lupdate.waitForFinished(60000));
         QCOMPARE(lupdate.exitStatus(), QProcess::NormalExit);
         QCOMPARE(lupdate.exitCode(), 0);

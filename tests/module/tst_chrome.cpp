@@ -204,7 +204,8 @@ private slots:
         const QImage imgPlain = Render(QStringLiteral("16X"), QSize(80, 30));
         QVERIFY(imgPlain.pixel(5, 15) == kFill && imgPlain != Render(" ", QSize(80, 30)));
         QCOMPARE(Reddish(imgPlain), 0);
-        const QImage imgHover = Render(QStringLiteral("16X"), QSize(80, 30), QStyle::State_MouseOver);
+        const QImage imgHover =
+            Render(QStringLiteral("16X"), QSize(80, 30), QStyle::State_MouseOver);
         QVERIFY(Reddish(imgHover) > 10);
         QCOMPARE(Render(QStringLiteral("16X"), QSize(80, 30), QStyle::State_Selected), imgHover);
         // The empty entry: a triangle pointing down, from the top of the
@@ -273,17 +274,20 @@ private slots:
         bar.resize(900, 84);
         bar.show();
         QVERIFY(QTest::qWaitForWindowExposed(&bar));
-        const char* const buttons[][2] = {
-            {"pushButton_openfile", "SignOpenVideoFile()"}, {"toolButton_stepback", "SignStepBack()"},
-            {"toolButton_slowplay", "SignSlowPlay()"}, {"toolButton_play", "SignVideoPlayOrPause()"},
-            {"toolButton_stop", "SignStop()"}, {"toolButton_fastplay", "SignFastPlay()"},
-            {"toolButton_stepup", "SignStepUp()"}, {"toolButton_full", "SignFullScreen()"},
-            {"toolButton_sound", "SignSoundOpenOrClose()"},
-            {"toolButton_histroytable", "SignShowHistroyLog()"}};
+        const char* const buttons[][2] = {{"pushButton_openfile", "SignOpenVideoFile()"},
+                                          {"toolButton_stepback", "SignStepBack()"},
+                                          {"toolButton_slowplay", "SignSlowPlay()"},
+                                          {"toolButton_play", "SignVideoPlayOrPause()"},
+                                          {"toolButton_stop", "SignStop()"},
+                                          {"toolButton_fastplay", "SignFastPlay()"},
+                                          {"toolButton_stepup", "SignStepUp()"},
+                                          {"toolButton_full", "SignFullScreen()"},
+                                          {"toolButton_sound", "SignSoundOpenOrClose()"},
+                                          {"toolButton_histroytable", "SignShowHistroyLog()"}};
         std::vector<std::unique_ptr<QSignalSpy>> spies;
         for (const auto& button : buttons)
-            spies.push_back(
-                std::make_unique<QSignalSpy>(&bar, QByteArray(QByteArray("2") + button[1]).constData()));
+            spies.push_back(std::make_unique<QSignalSpy>(
+                &bar, QByteArray(QByteArray("2") + button[1]).constData()));
         for (size_t i = 0; i < spies.size(); ++i) {
             auto* pButton = Child<QAbstractButton>(bar, buttons[i][0]);
             // The keyboard must stay with the dialog for Space and Escape.
@@ -339,14 +343,16 @@ private slots:
         const auto* pTime = Child<QLabel>(bar, "label_time");
         // Local time, 24-hour; the waits only catch a clock that never ticks.
         QTRY_VERIFY_WITH_TIMEOUT(QTime::fromString(pTime->text(), "hh:mm:ss").isValid(), 15000);
-        const int iBehind = QTime::fromString(pTime->text(), "hh:mm:ss").secsTo(QTime::currentTime());
+        const int iBehind =
+            QTime::fromString(pTime->text(), "hh:mm:ss").secsTo(QTime::currentTime());
         QVERIFY((iBehind + 86400) % 86400 < 3);
         const QString qstrFirst = pTime->text();
         QTRY_VERIFY_WITH_TIMEOUT(pTime->text() != qstrFirst, 15000);
     }
 
 private:
-    QuillTest::ServiceFixture m_services{QuillTest::Service::Param, QuillTest::Service::ColorManage};
+    QuillTest::ServiceFixture m_services{QuillTest::Service::Param,
+                                         QuillTest::Service::ColorManage};
 };
 
 QTEST_MAIN(TestChrome)

@@ -46,7 +46,8 @@ private slots:
             QStringLiteral("resource/skin/dark/WgtMsgBox/qss/CLS_WgtMsgBox.qss"),
             "#CLS_WgtMsgBox { border: 1px solid #123456; }"));
         const QString qstrLong = QStringLiteral("word ").repeated(80);
-        std::unique_ptr<CLS_WgtMsgBox> pBox(AskedBox(Request(0, kOk | kCancel, kOk, qstrLong), "u"));
+        std::unique_ptr<CLS_WgtMsgBox> pBox(
+            AskedBox(Request(0, kOk | kCancel, kOk, qstrLong), "u"));
         QVERIFY(pBox->styleSheet().contains(QStringLiteral("#123456")));
         QVERIFY(pBox->isVisible() && pBox->isModal());
         auto* pContent = pBox->findChild<QLabel*>(QStringLiteral("lbl_content"));
