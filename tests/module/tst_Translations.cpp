@@ -14,17 +14,7 @@
 
 namespace {
 
-QDir SourceFolder()
-{
-    return QDir(QStringLiteral(QUILL_SOURCE_DIR "/Lang/QuillPlayer"));
-}
-
-QStringList Languages()
-{
-    QStringList lstStems = SourceFolder().entryList({QStringLiteral("*.ts")}, QDir::Files);
-    lstStems.replaceInStrings(QStringLiteral(".ts"), QString());
-    return lstStems;
-}
+const QDir kSource(QStringLiteral(QUILL_SOURCE_DIR "/Lang/QuillPlayer"));
 
 // "context\nsource" -> the translation's type: empty when finished; an empty
 // translation counts as unfinished.
@@ -59,27 +49,6 @@ class tst_Translations : public QObject
     Q_OBJECT
 
 private slots:
-    void compiledFileLoadsAndTranslates_data()
-    {
-        QTest::addColumn<QString>("qmPath");
-        const QStringList lstStems = Languages();
-        QVERIFY(lstStems.size() > 1);
-        for (const QString& qstrStem : lstStems)
-            QTest::newRow(qPrintable(qstrStem))
-                << QuillTest::BinPath(QStringLiteral("Lang/QuillPlayer/%1.qm").arg(qstrStem));
-    }
-
-    // The dialog loads "./Lang/QuillPlayer/<file>.qm" from the installation.
-    void compiledFileLoadsAndTranslates()
-    {
-        QFETCH(QString, qmPath);
-        QTranslator translator;
-        QVERIFY2(translator.load(qmPath, QString(), QString(), QString()), qPrintable(qmPath));
-        const QString qstrSample =
-            translator.translate("CLS_WgtPlayerControlBar", "btn_play_pause");
-        QVERIFY(!qstrSample.isEmpty() && qstrSample != QLatin1String("btn_play_pause"));
-    }
-
     // Texts the code no longer asks for come back "vanished" and are no fault:
     // the files also carry the texts of classes that are still to come. What lrelease
     // compiles is the committed file, so a text the code asks for must be finished
@@ -89,17 +58,25 @@ private slots:
         QTemporaryDir tmp;
         QVERIFY(tmp.isValid());
         QStringList lstCopies;
-        for (const QString& qstrStem : Languages()) {
-            lstCopies << tmp.filePath(qstrStem + QStringLiteral(".ts"));
-            QVERIFY(QFile::copy(SourceFolder().filePath(qstrStem + QStringLiteral(".ts")),
-                                lstCopies.last()));
+        const QStringList lstFiles = kSource.entryList({QStringLiteral("*.ts")}, QDir::Files);
+        QVERIFY(lstFiles.size() > 1);
+        for (const QString& qstrFile : lstFiles) {
+            const QString qstrStem = QFileInfo(qstrFile).completeBaseName();
+            lstCopies << tmp.filePath(qstrFile);
+            QVERIFY(QFile::copy(kSource.filePath(qstrFile), lstCopies.last()));
+            // Compiled to where the dialog loads it from, and translating.
+            QTranslator translator;
+            QVERIFY2(translator.load(QuillTest::BinPath("Lang/QuillPlayer/" + qstrStem + ".qm"),
+                                     QString(), QString(), QString()),
+                     qPrintable(qstrStem));
+            const QString qstrSample =
+                translator.translate("CLS_WgtPlayerControlBar", "btn_play_pause");
+            QVERIFY(!qstrSample.isEmpty() && qstrSample != QLatin1String("btn_play_pause"));
         }
         QProcess lupdate;
         lupdate.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        lupdate.start(QStringLiteral(QUILL_LUPDATE),
-                      QStringList{QStringLiteral("-silent"), QStringLiteral("-locations"),
-                                  QStringLiteral("none"), QStringLiteral("@" QUILL_LUPDATE_LIST),
-                                  QStringLiteral("-ts")} +
+        lupdate.start(QUILL_LUPDATE,
+                      QStringList{"-silent", "-locations", "none", "@" QUILL_LUPDATE_LIST, "-ts"} +
                           lstCopies);
         QVERIFY(lupdate.waitForFinished(60000));
         QCOMPARE(lupdate.exitStatus(), QProcess::NormalExit);
@@ -109,18 +86,13 @@ private slots:
         for (const QString& qstrCopy : qAsConst(lstCopies)) {
             const QString qstrStem = QFileInfo(qstrCopy).completeBaseName();
             const QHash<QString, QString> hashCommitted =
-                Messages(SourceFolder().filePath(qstrStem + QStringLiteral(".ts")));
+                Messages(kSource.filePath(qstrStem + QStringLiteral(".ts")));
             const QHash<QString, QString> hashUpdated = Messages(qstrCopy);
             // A scan that misses the framework's own text sees nothing at all.
-            QVERIFY2(hashUpdated
-                         .value(QStringLiteral("CLS_ModuleBasic\nModuleName"), QStringLiteral("?"))
-                         .isEmpty(),
+            QVERIFY2(hashUpdated.value("CLS_ModuleBasic\nModuleName", "?").isEmpty(),
                      qPrintable(qstrStem));
-            const auto fault = [&](const QString& _qstrId, const char* _pszWhat) {
-                lstFaults << qstrStem + QStringLiteral(": ") +
-                                 QString(_qstrId).replace(QLatin1Char('\n'),
-                                                          QStringLiteral(" / ")) +
-                                 QLatin1String(_pszWhat);
+            const auto fault = [&](QString _qstrId, const char* _pszWhat) {
+                lstFaults << qstrStem + ": " + _qstrId.replace('\n', " / ") + _pszWhat;
             };
             for (auto it = hashCommitted.cbegin(); it != hashCommitted.cend(); ++it)
                 if (it.value() == QLatin1String("unfinished")) fault(it.key(), " is unfinished");
