@@ -13,11 +13,8 @@ struct ST_Script
     bool blCreateOk = true;
     int iTotalTime = 60;
     int iPlayedTime = 0;
-    int iIsBusy = 0;
     // Bit n set: the n-th call (from 0) of Fast is refused.
     unsigned uFastRefusals = 0;
-    // SetDecryptKey answers 0 for this key alone.
-    char szAcceptedKey[32] = "secret";
 };
 
 using ResetFn = void (*)(const ST_Script*);
