@@ -77,10 +77,11 @@ public:
     int GetPlayedTime() override { return Recorded("GetPlayedTime", Script().iPlayedTime); }
     bool StepForward() override { return Recorded("StepForward"); }
     bool StepBack() override { return Recorded("StepBack"); }
-    // Every key is refused.
+    // "secret" is the one key accepted.
     int SetDecryptKey(const char* _pKey, int _iLength) override
     {
-        return Recorded("SetDecryptKey(" + std::string(_pKey ? _pKey : "") + "," + std::to_string(_iLength) + ")", 1);
+        const std::string strKey(_pKey ? _pKey : "");
+        return Recorded("SetDecryptKey(" + strKey + "," + std::to_string(_iLength) + ")", strKey == "secret" ? 0 : 1);
     }
     int IsBusy() override { return Recorded("IsBusy", 0); }
 

@@ -1,7 +1,11 @@
-// The player window against the recording test player: exact call sequences
-// of the controller, its messages (through the real message box module), the
-// history it writes and resumes from, and the sound parameters it keeps.
+// The player window against the recording test player, offscreen: exact call
+// sequences of the controller, its messages (through the real message box
+// module), the history it writes and resumes from, the sound parameters it
+// keeps. Then the dialog around it: the translation its start parameters
+// select, the frameless window's dragging, buttons and keys, the close chain.
 
+#include "CLS_DlgQuillPlayer.h"
+#include "CLS_ModuleQuillPlayer.h"
 #include "CLS_WgtHistroyList.h"
 #include "CLS_WgtPlayerControlBar.h"
 #include "I_AppSignals.h"
@@ -13,8 +17,13 @@
 #include "RecordingPlayer.h"
 
 #include <QComboBox>
+#include <QEventLoop>
 #include <QImage>
+#include <QJsonObject>
 #include <QLibrary>
+#include <QTimer>
+#include <QToolButton>
+#include <QTranslator>
 #include <QWheelEvent>
 #include <QtTest>
 
@@ -27,6 +36,14 @@ constexpr int kHangMs = 10000;
 QString Param(const char* _pKey)
 {
     return QString::fromStdString(KoService::GetParam("ModuleKoPlayer", _pKey, "<none>"));
+}
+
+// What a translation file says for one text.
+QString TranslatedBy(const QString& _qstrFile, const char* _pContext, const char* _pSource)
+{
+    QTranslator translator;
+    if (!translator.load(QStringLiteral("./Lang/QuillPlayer/") + _qstrFile)) return QString();
+    return translator.translate(_pContext, _pSource);
 }
 
 }  // namespace
@@ -76,7 +93,8 @@ private slots:
         QVERIFY(m_pFixture->IsReady());
         m_pWorkDir = &m_pFixture->WorkDir();
         QVERIFY(QFile::link(QStringLiteral(QUILL_RECPLAYER_LIB), QStringLiteral("libVideoPlayer_Rk.so")));
-        QVERIFY(m_pWorkDir->LinkFromBin(QStringLiteral("libWgtMsgBox.so")));
+        for (const char* pName : {"libWgtMsgBox.so", "Lang", "resource"})
+            QVERIFY(m_pWorkDir->LinkFromBin(QLatin1String(pName)));
         // Offscreen there is no OpenGL: the plain native surface.
         KoService::SetParam("SystemConfig", "RenderingType", "1");
         m_qstrClip = m_pWorkDir->FilePath(QStringLiteral("clip.sdv"));
@@ -256,9 +274,10 @@ private slots:
             QuillTest::AnswerMsgBox(QStringLiteral("msg_function_notallow"));
     }
 
-    // An empty password counts as wrong without asking the player, and is
-    // asked for again; a key typed for a playback that has been replaced
-    // since reaches no player.
+    // The password cycle: an empty input counts as wrong without asking the
+    // player; a refused key comes back as 56 and is asked for again; an
+    // accepted key resumes playback. The password is kept nowhere, and a key
+    // typed for a playback replaced since reaches no player.
     void password()
     {
         Open(m_qstrClip);
@@ -266,9 +285,20 @@ private slots:
         m_pfnRaise(55);
         QuillTest::AnswerMsgBox(QStringLiteral("msg_decrptinput_password"));
         QuillTest::AnswerMsgBox(QStringLiteral("msg_videodecript_failed"));
+        QVERIFY(Calls().isEmpty());
+        QuillTest::AnswerMsgBox(QStringLiteral("msg_decrptinput_password"), QDialogButtonBox::Ok, "wrong");
+        QCOMPARE(Calls(), QStringList{"SetDecryptKey(wrong,5)"});
+        m_pfnRaise(56);
+        QuillTest::AnswerMsgBox(QStringLiteral("msg_videodecript_failed"));
+        QuillTest::AnswerMsgBox(QStringLiteral("msg_decrptinput_password"), QDialogButtonBox::Ok, "secret");
+        QCOMPARE(Calls(), (QStringList{"SetDecryptKey(secret,6)", "Play"}));
+        QVERIFY(!m_pFixture->AllLogText().contains(QStringLiteral("secret")));
+        QFile params(QStringLiteral("settings.json"));
+        QVERIFY(params.open(QIODevice::ReadOnly) && !params.readAll().contains("secret"));
+
+        m_pfnRaise(55);
         QWidget* pBox = nullptr;
         QTRY_VERIFY_WITH_TIMEOUT((pBox = QuillTest::ShownMsgBox()) != nullptr, kHangMs);
-        QVERIFY(Calls().isEmpty());
         Open(m_qstrClip);
         Calls();
         pBox->findChild<QLineEdit*>(QStringLiteral("lineEdit_input"))->setText(QStringLiteral("secret"));
@@ -334,6 +364,128 @@ private slots:
         Calls();
         Invoke("SlotVideoPlayOrPause");
         QVERIFY(Calls().isEmpty());
+    }
+
+    // Start parameter -> language property -> translation installed, the
+    // chrome translated with it.
+    void startParams_data()
+    {
+        QTest::addColumn<QJsonObject>("jsonParams");
+        QTest::addColumn<int>("iPresetLanguage");
+        QTest::addColumn<int>("iLanguage");
+        QTest::addColumn<QString>("qstrFile");
+        QTest::newRow("en") << QJsonObject{{"Language", "EN"}} << 5 << 1 << "QuillPlayer_EN.qm";
+        QTest::newRow("de") << QJsonObject{{"Language", "de"}} << 5 << 18 << "QuillPlayer_DE.qm";
+        QTest::newRow("polish is 0") << QJsonObject{{"Language", "POLISH"}} << 5 << 0 << "QuillPlayer_CN.qm";
+        QTest::newRow("no key for french") << QJsonObject{{"Language", "French"}} << 5 << 0 << "QuillPlayer_CN.qm";
+        QTest::newRow("absent language") << QJsonObject{{"Skin", "blue"}} << 5 << 0 << "QuillPlayer_CN.qm";
+        // Without start parameters the property chooses the file; out of
+        // range is the first file.
+        QTest::newRow("french") << QJsonObject() << 6 << 6 << "QuillPlayer_French.qm";
+        QTest::newRow("arabic, misspelt file") << QJsonObject() << 8 << 8 << "QuillPlayer_Abrabic.qm";
+        QTest::newRow("19") << QJsonObject() << 19 << 19 << "QuillPlayer_CN.qm";
+        QTest::newRow("-1") << QJsonObject() << -1 << -1 << "QuillPlayer_CN.qm";
+    }
+    void startParams()
+    {
+        QFETCH(QJsonObject, jsonParams);
+        QFETCH(int, iPresetLanguage);
+        QFETCH(int, iLanguage);
+        QFETCH(QString, qstrFile);
+        qApp->setProperty("Language", iPresetLanguage);
+        // No start parameters at all (an empty object): the other constructor.
+        const std::unique_ptr<CLS_DlgQuillPlayer> pDialog(
+            jsonParams.isEmpty() ? new CLS_DlgQuillPlayer : new CLS_DlgQuillPlayer(nullptr, jsonParams));
+        QCOMPARE(qApp->property("Language").toInt(), iLanguage);
+        QCOMPARE(QCoreApplication::translate("MainWindow", "lab_notice"),
+                 TranslatedBy(qstrFile, "MainWindow", "lab_notice"));
+        auto* pStop = pDialog->findChild<QToolButton*>(QStringLiteral("toolButton_stop"));
+        QCOMPARE(pStop->toolTip(), TranslatedBy(qstrFile, "CLS_WgtPlayerControlBar", "lab_stop"));
+    }
+
+    // The frameless window follows a drag unless its corner would land within
+    // the start-drag distance of the origin. Maximise toggles, its tooltip
+    // telling which way it goes next; no title bar button takes the keyboard
+    // from the dialog. Escape outside full screen goes no further; a double
+    // click on the video takes it full screen without the title bar, Escape
+    // brings it back.
+    void windowHandling()
+    {
+        CLS_DlgQuillPlayer dialog;
+        dialog.move(100, 100);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const auto drag = [&dialog](const QPoint& _ptTarget) {
+            QMouseEvent press(QEvent::MouseButtonPress, QPoint(5, 5), dialog.pos() + QPoint(5, 5),
+                              Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(&dialog, &press);
+            QMouseEvent move(QEvent::MouseMove, QPoint(5, 5), _ptTarget + QPoint(5, 5), Qt::NoButton,
+                             Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(&dialog, &move);
+        };
+        drag(QPoint(300, 200));
+        QCOMPARE(dialog.pos(), QPoint(300, 200));
+        drag(QPoint(3, 4));
+        QCOMPARE(dialog.pos(), QPoint(300, 200));
+
+        auto* pBar = dialog.findChild<QWidget*>(QStringLiteral("CLS_WgtPlayerTopBar"));
+        for (const QPushButton* pButton : pBar->findChildren<QPushButton*>())
+            QCOMPARE(pButton->focusPolicy(), Qt::NoFocus);
+        auto* pBig = pBar->findChild<QPushButton*>(QStringLiteral("pushButton_big"));
+        const QString qstrNormalTip = pBig->toolTip();
+        pBig->click();
+        QVERIFY(dialog.isMaximized());
+        QVERIFY(pBig->toolTip() != qstrNormalTip);
+        pBig->click();
+        QVERIFY(!dialog.isMaximized());
+        QCOMPARE(pBig->toolTip(), qstrNormalTip);
+
+        QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+        QVERIFY(QApplication::sendEvent(&dialog, &escape));
+        QWidget* pBody = dialog.findChild<QWidget*>(QStringLiteral("CLS_WgtPlayerMainBody"));
+        QWidget* pVideo = dialog.findChild<QWidget*>(QStringLiteral("openGLWgt"));
+        QTest::mouseDClick(pVideo->childAt(pVideo->rect().center()), Qt::LeftButton);
+        QTRY_VERIFY(pBody->isWindow() && pBody->isFullScreen());
+        QVERIFY(!pBar->isVisible());
+        QTest::keyClick(pBody, Qt::Key_Escape);
+        QTRY_VERIFY(!pBody->isWindow());
+        QVERIFY(pBar->isVisible());
+        pBar->findChild<QPushButton*>(QStringLiteral("pushButton_small"))->click();
+        QVERIFY(dialog.isMinimized());
+    }
+
+    // Made by the module entry, the dialog takes the parent it is given.
+    // Closing from the title bar ends the application, or with InPlayBack
+    // only the dialog.
+    void close_data()
+    {
+        QTest::addColumn<bool>("blInPlayBack");
+        QTest::newRow("stand-alone") << false;
+        QTest::newRow("in playback") << true;
+    }
+    void close()
+    {
+        QFETCH(bool, blInPlayBack);
+        CLS_ModuleQuillPlayer module;
+        QWidget parent;
+        QVariantMap qmapParam{{"UIType", QJsonObject{{"InPlayBack", blInPlayBack}}}};
+        if (blInPlayBack) qmapParam.insert("ParentWiget", QVariant::fromValue<QWidget*>(&parent));
+        QWidget* pDialog = module.CreateModuleWgt(qmapParam);
+        QCOMPARE(pDialog->parentWidget(), blInPlayBack ? &parent : nullptr);
+        pDialog->setAttribute(Qt::WA_DeleteOnClose);
+        QPointer<QWidget> pGuard(pDialog);
+        pDialog->show();
+        QEventLoop loop;
+        // QCoreApplication::quit ends every running event loop, this one too.
+        QTimer::singleShot(0, pDialog, [pDialog]() {
+            pDialog->findChild<QWidget*>(QStringLiteral("CLS_WgtPlayerTopBar"))
+                ->findChild<QAbstractButton*>(QStringLiteral("pushButton_closeapp"))
+                ->click();
+        });
+        QTimer::singleShot(3000, &loop, [&loop]() { loop.exit(1); });
+        QCOMPARE(loop.exec() == 0, !blInPlayBack);
+        if (blInPlayBack) QTRY_VERIFY(pGuard.isNull());
+        delete pGuard.data();
     }
 };
 

@@ -2,14 +2,13 @@
 // generated clip under a virtual display: what only the whole chain shows.
 
 #include "KoServices.h"
-#include "MsgBoxDriver.h"
 #include "PlayerRig.h"
 #include "QuillTestSupport.h"
 
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QDateTime>
-#include <QDirIterator>
+#include <QLabel>
 #include <QMenu>
 #include <QScreen>
 #include <QWheelEvent>
@@ -22,7 +21,6 @@ namespace {
 
 constexpr int kHangMs = 20000;
 constexpr int kClipSeconds = 20;
-const QByteArray kPassword = "e2e-Secret-42";
 
 }  // namespace
 
@@ -50,11 +48,6 @@ private:
     {
         QVERIFY(m_pRig->Open(_qstrPath));
         QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 1, kHangMs);
-    }
-    void Answer(const char* _pContent, const QString& _qstrInput = QString())
-    {
-        QuillTest::AnswerMsgBox(QCoreApplication::translate("MainWindow", _pContent),
-                                QDialogButtonBox::Ok, _qstrInput, kHangMs);
     }
 
 private slots:
@@ -127,27 +120,6 @@ private slots:
         QTRY_COMPARE(PlayedShown(), iPlayed);
         QTest::keyClick(pDialog, Qt::Key_Space);
         QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() > iPlayed, kHangMs);
-    }
-
-    // A sealed file asks for its password; a wrong one is said to be wrong
-    // and asked for again; the right one plays. The password is written
-    // nowhere.
-    void sealedFile()
-    {
-        const QString qstrSealed = m_pRig->MakeSdv(m_qstrClip, QStringLiteral("sealed.sdv"), kPassword);
-        QVERIFY(!qstrSealed.isEmpty());
-        QVERIFY(m_pRig->Open(qstrSealed));
-        Answer("msg_decrptinput_password", QStringLiteral("not it"));
-        Answer("msg_videodecript_failed");
-        Answer("msg_decrptinput_password", QString::fromLatin1(kPassword));
-        QTRY_VERIFY_WITH_TIMEOUT(PlayedShown() >= 2, kHangMs);
-        QVERIFY(m_pRig->Bar("SignStop"));
-        QDirIterator qIt(m_pRig->WorkDir().Path(), QDir::Files | QDir::NoSymLinks, QDirIterator::Subdirectories);
-        while (qIt.hasNext()) {
-            QFile qfFile(qIt.next());
-            QVERIFY(qfFile.open(QIODevice::ReadOnly));
-            QVERIFY2(!qfFile.readAll().contains(kPassword), qPrintable(qfFile.fileName()));
-        }
     }
 };
 
