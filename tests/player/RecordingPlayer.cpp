@@ -5,6 +5,7 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 
 using RK_Framework::VideoPlayer::CLS_Player_Rk;
 using RK_Framework::VideoPlayer::ST_PlayerEventCallback;
@@ -19,7 +20,6 @@ std::mutex g_mutex;
 RecPlayer::ST_Script g_stScript;
 std::string g_strCalls;
 std::string g_strTaken;
-unsigned g_uFastCalls = 0;
 CLS_Player_Rk* g_pLivePlayer = nullptr;
 const ST_PlayerEventCallback* g_pCallback = nullptr;
 
@@ -50,7 +50,6 @@ public:
     bool OpenFile(const std::string& _strPath) override { return Recorded("OpenFile(" + _strPath + ")"); }
     void SetEventCallback(const ST_PlayerEventCallback* _pCallback) override
     {
-        Recorded("SetEventCallback");
         std::lock_guard<std::mutex> lock(g_mutex);
         g_pLivePlayer = this;
         g_pCallback = _pCallback;
@@ -59,12 +58,7 @@ public:
     bool Stop() override { return Recorded("Stop"); }
     bool Play(std::int64_t) override { return Recorded("Play"); }
     bool Pause(bool _blPause) override { return Recorded(_blPause ? "Pause(1)" : "Pause(0)"); }
-    int Fast() override
-    {
-        Recorded("Fast");
-        std::lock_guard<std::mutex> lock(g_mutex);
-        return (g_stScript.uFastRefusals >> g_uFastCalls++) & 1u;
-    }
+    int Fast() override { return Recorded("Fast", Script().blFastRefused ? 1 : 0); }
     int Slow() override { return Recorded("Slow", 0); }
     bool SetPlayPos(int _iPercent) override { return Recorded("SetPlayPos(" + std::to_string(_iPercent) + ")"); }
     bool SetVolume(std::int64_t _i64Volume) override
@@ -122,7 +116,6 @@ int CLS_Player_Rk::NormalSpeed()
 
 RECPLAYER_EXPORT CLS_Player_Rk* CreateVideoPlayer(const char*)
 {
-    Recorded("Create");
     return Script().blCreateOk ? new CLS_RecordingPlayer() : nullptr;
 }
 
@@ -131,14 +124,12 @@ RECPLAYER_EXPORT void RecPlayer_Reset(const RecPlayer::ST_Script* _pScript)
     std::lock_guard<std::mutex> lock(g_mutex);
     g_stScript = _pScript ? *_pScript : RecPlayer::ST_Script();
     g_strCalls.clear();
-    g_uFastCalls = 0;
 }
 
 RECPLAYER_EXPORT const char* RecPlayer_TakeCalls()
 {
     std::lock_guard<std::mutex> lock(g_mutex);
-    g_strTaken.swap(g_strCalls);
-    g_strCalls.clear();
+    g_strTaken = std::exchange(g_strCalls, {});
     return g_strTaken.c_str();
 }
 
