@@ -56,7 +56,6 @@ private:
     QString m_qstrClip;
 
     void Script(const RecPlayer::ST_Script& _stScript) { m_pfnReset(&_stScript); }
-    // The player's calls since the last look.
     QStringList Calls() { return QString::fromUtf8(m_pfnTakeCalls()).split('\n', Qt::SkipEmptyParts); }
     void Invoke(const char* _pSlot) { QVERIFY(QMetaObject::invokeMethod(m_pWindow.get(), _pSlot)); }
     // As the history panel continues a file at its kept position.

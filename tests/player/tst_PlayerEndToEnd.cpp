@@ -59,6 +59,8 @@ private slots:
         pDialog->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(pDialog));
         QTest::keyClick(pDialog, Qt::Key_Space);
+        // A step also brings the time label up to the picture on screen.
+        QVERIFY(rig.Bar("SignStepUp"));
         // A playing screen changes 25 times a second; a paused one stands still.
         QImage imgWhole = OnScreen(pVideo);
         const auto settled = [&] {
