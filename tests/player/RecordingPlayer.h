@@ -1,9 +1,8 @@
 #pragma once
 
-// Control functions of the recording test player, resolved by name from the
-// test engine library ("RecPlayer_*"). The library is a stand-in for the
-// playback engine: it answers as scripted and records every call, so the
-// controller's call sequences can be checked exactly.
+// Control functions of the recording test player, resolved by name
+// ("RecPlayer_*"). The library stands in for the playback engine: it answers
+// as scripted and records every call, for exact call sequences.
 namespace RecPlayer {
 
 // Scripted answers; every field keeps its value until the next reset.
@@ -13,11 +12,8 @@ struct ST_Script
     bool blCreateOk = true;
     int iTotalTime = 60;
     int iPlayedTime = 0;
-    int iIsBusy = 0;
-    // Bit n set: the n-th call (from 0) of Fast is refused.
-    unsigned uFastRefusals = 0;
-    // SetDecryptKey answers 0 for this key alone.
-    char szAcceptedKey[32] = "secret";
+    // Every call of Fast is refused.
+    bool blFastRefused = false;
 };
 
 using ResetFn = void (*)(const ST_Script*);
