@@ -33,7 +33,11 @@ inline void AnswerMsgBox(const QString& _qstrContent,
         pInput->setText(_qstrInput);
     QPointer<QWidget> pAnswered(pBox);
     pBox->findChild<QDialogButtonBox*>()->button(_button)->click();
-    QTRY_VERIFY_WITH_TIMEOUT(pAnswered.isNull() || pAnswered->isHidden(), _iTimeoutMs);
+    const auto gone = [&pAnswered] {
+        const QWidget* pLeft = pAnswered.data();
+        return pLeft == nullptr || pLeft->isHidden();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(gone(), _iTimeoutMs);
 }
 
 }  // namespace QuillTest
