@@ -1,8 +1,10 @@
 #include "EngineTestMedia.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
+#include <QThread>
 
 #include "QuillTestSupport.h"
 
@@ -74,6 +76,31 @@ int FrameNumberOf(const AVFrame* _pFrame)
         if (pRow[iBit * kBlock + kBlock / 2] > 128) iNumber |= 1 << iBit;
     }
     return iNumber;
+}
+
+std::unique_ptr<RK_Framework::VideoPlayer::CLS_VideoPlayerEngine> MakeProbedPlayer(ST_Probe& _stProbe)
+{
+    using RK_Framework::VideoPlayer::CLS_Player_Rk;
+    auto pPlayer = std::make_unique<RK_Framework::VideoPlayer::CLS_VideoPlayerEngine>();
+    _stProbe.m_stCallback = {&_stProbe, [](void* _pUser, CLS_Player_Rk* _pPlayer, int _iType) {
+                                 auto* pProbe = static_cast<ST_Probe*>(_pUser);
+                                 pProbe->m_pRaisedBy = _pPlayer;
+                                 if (QThread::currentThread() == QCoreApplication::instance()->thread())
+                                     pProbe->m_blOnCallerThread = true;
+                                 if (_iType == 81) ++pProbe->m_iEnds;
+                                 if (_iType == 55) ++pProbe->m_iAsked;
+                                 if (_iType == 56) ++pProbe->m_iRefused;
+                             }};
+    pPlayer->SetEventCallback(&_stProbe.m_stCallback);
+    pPlayer->Init();
+    pPlayer->SetFrameObserver([&_stProbe](const AVFrame* _pFrame) {
+        const int iNumber = FrameNumberOf(_pFrame);
+        _stProbe.m_iLast = iNumber;
+        ++_stProbe.m_iShown;
+        // Only the presenter's thread writes it.
+        if (iNumber < _stProbe.m_iLowest.load()) _stProbe.m_iLowest = iNumber;
+    });
+    return pPlayer;
 }
 
 }  // namespace QuillTest

@@ -3,6 +3,12 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
+#include <climits>
+#include <memory>
+
+#include "CLS_VideoPlayerEngine.h"
+
 struct AVFrame;
 
 namespace QuillTest {
@@ -34,5 +40,22 @@ int SealClip(const QString& _qstrIn, const QString& _qstrOut, const QByteArray& 
 
 // The number the picture carries; -1 when the band cannot be read.
 int FrameNumberOf(const AVFrame* _pFrame);
+
+// What one player showed and reported, written from its threads.
+struct ST_Probe
+{
+    std::atomic<int> m_iLast{-1};
+    std::atomic<int> m_iShown{0};
+    std::atomic<int> m_iLowest{INT_MAX};  // the lowest picture number shown
+    std::atomic<int> m_iEnds{0};
+    std::atomic<int> m_iAsked{0};    // 55: password needed
+    std::atomic<int> m_iRefused{0};  // 56: wrong password
+    std::atomic<bool> m_blOnCallerThread{false};
+    std::atomic<RK_Framework::VideoPlayer::CLS_Player_Rk*> m_pRaisedBy{nullptr};
+    RK_Framework::VideoPlayer::ST_PlayerEventCallback m_stCallback{};
+};
+
+// An initialised player reporting into _stProbe, which must outlive it.
+std::unique_ptr<RK_Framework::VideoPlayer::CLS_VideoPlayerEngine> MakeProbedPlayer(ST_Probe& _stProbe);
 
 }  // namespace QuillTest

@@ -96,13 +96,10 @@ void TestPlayerSound::toneFollowsSoundSettings()
     qputenv("SDL_AUDIODRIVER", "disk");
     qputenv("SDL_DISKAUDIOFILE", m_qstrOut.toLocal8Bit());
     qunsetenv("SDL_DISKAUDIODELAY");  // the card's own pace, so the clock is real
-    CLS_VideoPlayerEngine stPlayer;
-    std::atomic<int> iEnds{0}, iLuma{-1};
-    RK_Framework::VideoPlayer::ST_PlayerEventCallback stCallback{
-        &iEnds, [](void* _pUser, RK_Framework::VideoPlayer::CLS_Player_Rk*, int _iType) {
-            if (_iType == 81) ++*static_cast<std::atomic<int>*>(_pUser);
-        }};
-    stPlayer.SetEventCallback(&stCallback);
+    QuillTest::ST_Probe stProbe;
+    const auto pPlayer = QuillTest::MakeProbedPlayer(stProbe);
+    CLS_VideoPlayerEngine& stPlayer = *pPlayer;
+    std::atomic<int> iLuma{-1};
     stPlayer.SetFrameObserver([&iLuma](const AVFrame* _pFrame) {
         iLuma = _pFrame->data[0][(_pFrame->height / 2) * _pFrame->linesize[0] + _pFrame->width / 2];
     });
@@ -140,9 +137,9 @@ void TestPlayerSound::toneFollowsSoundSettings()
     QTRY_VERIFY(stPlayer.ShownTime() >= 9.0);
     QCOMPARE(stPlayer.GetPlayedTime(), 9);
     QVERIFY(Listen(0.3) > 1600);
-    QTRY_COMPARE_WITH_TIMEOUT(iEnds.load(), 1, 5000);
+    QTRY_COMPARE_WITH_TIMEOUT(stProbe.m_iEnds.load(), 1, 5000);
     QTest::qWait(300);
-    QCOMPARE(iEnds.load(), 1);
+    QCOMPARE(stProbe.m_iEnds.load(), 1);
 }
 
 void TestPlayerSound::noSoundDeviceStillPlays()

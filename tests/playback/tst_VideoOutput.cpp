@@ -194,31 +194,18 @@ private slots:
     // The widget under test is the OpenGL one, whatever renders it here; the
     // outputs choose per row.
     void init() { qputenv("QUILL_RENDER_GL", "1"); }
-    void lifecycleAndRegistry();
+    void deletedByParentLeavesRegistry();
     void layoutsAgree();
     void pictureBackAfterReparent();
     void sharedPicturesGoBackOnce();
     void outputs_data();
     void outputs();
-    void windowsThatAreNone();
 };
 
-void TestVideoOutput::lifecycleAndRegistry()
+// A widget deleted by its parent leaves the registry too, so the engine
+// cannot push into freed memory.
+void TestVideoOutput::deletedByParentLeavesRegistry()
 {
-    void* pHandle = QGL_Create(nullptr);
-    QCOMPARE(QGL_IsRenderWidget(pHandle), 1);
-    QCOMPARE(QGL_Release(pHandle), 0);
-    QCOMPARE(QGL_IsRenderWidget(pHandle), 0);
-    QCOMPARE(QGL_Release(pHandle), -1);
-
-    // The module hands its plain render surface to QGL_Release as well: it
-    // must be refused and left alone.
-    QWidget plain;
-    QCOMPARE(QGL_Release(&plain), -1);
-    QCOMPARE(QGL_IsRenderWidget(&plain), 0);
-
-    // A widget deleted by its parent leaves the registry too, so the engine
-    // cannot push into freed memory.
     auto* pParent = new QWidget;
     void* pChild = QGL_Create(pParent);
     QCOMPARE(static_cast<QWidget*>(pChild)->parentWidget(), pParent);
@@ -235,30 +222,13 @@ void TestVideoOutput::layoutsAgree()
     ShownWidget shown;
     QVERIFY(shown.Ready());
     qInfo() << "context:" << shown.Widget()->context()->format();
-    auto render = [&](AVPixelFormat _eFormat) {
-        const FramePtr pFrame = MakeFrame(_eFormat, 320, 240, g_aQuadrants);
-        return shown.Push(pFrame.get()) == 0 ? shown.Grab() : QImage();
-    };
-    const QImage image420 = render(AV_PIX_FMT_YUV420P);
-    TRY_PIXELS(image420, g_vecQuadrants, 4);
-
-    // NV12 carries the same samples interleaved: the result must match
-    // 4:2:0 planar everywhere, quadrant edges included.
-    const QImage imageNv12 = render(AV_PIX_FMT_NV12);
-    QCOMPARE(imageNv12.size(), image420.size());
-    int iWorst = 0;
-    for (int r = 0; r < image420.height(); ++r) {
-        for (int c = 0; c < image420.width(); ++c) {
-            const QRgb a = image420.pixel(c, r), b = imageNv12.pixel(c, r);
-            for (int iDiff : {qRed(a) - qRed(b), qGreen(a) - qGreen(b), qBlue(a) - qBlue(b)})
-                iWorst = qMax(iWorst, qAbs(iDiff));
-        }
+    // Chroma at a half, the full or half the width only: the same quadrants
+    // (NV12 is pushed by the shared-picture test).
+    for (AVPixelFormat eFormat : {AV_PIX_FMT_YUV420P, AV_PIX_FMT_YUV422P, AV_PIX_FMT_YUV444P}) {
+        const FramePtr pFrame = MakeFrame(eFormat, 320, 240, g_aQuadrants);
+        QCOMPARE(shown.Push(pFrame.get()), 0);
+        TRY_PIXELS(shown.Grab(), g_vecQuadrants, 4);
     }
-    QVERIFY2(iWorst <= 1, qPrintable(QStringLiteral("NV12 differs by %1").arg(iWorst)));
-
-    // Other chroma resolutions differ only near the quadrant edges.
-    TRY_PIXELS(render(AV_PIX_FMT_YUV422P), g_vecQuadrants, 4);
-    TRY_PIXELS(render(AV_PIX_FMT_YUV444P), g_vecQuadrants, 4);
 }
 
 void TestVideoOutput::pictureBackAfterReparent()
@@ -477,25 +447,18 @@ void TestVideoOutput::outputs()
         {{180, 70}, g_black}, {{180, 84}, g_red}, {{180, 276}, g_blue}, {{180, 290}, g_black}};
     TRY_PIXELS(grab(), vecWide);
 
-    // Another window covers part of the picture and goes away: the window
-    // system asks for the content again, and a refresh supplies it.
-    {
-        QWidget cover;
-        cover.setStyleSheet(QStringLiteral("background: rgb(0, 255, 0)"));
-        cover.setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
-        cover.setGeometry(QRect(pSurface->mapToGlobal(QPoint(0, 0)), QSize(360, 360)));
-        cover.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&cover));
-    }
-    QTRY_COMPARE(refreshed(vecWide), QString());
-
     pOutput->Clear();
     TRY_PIXELS(grab(), {{{180, 180}, g_black}, {{5, 5}, g_black}});
     if (!blRenderWidget) {
-        // The window goes away under a playing engine.
+        // The window goes away under a playing engine; an id that never named
+        // a window is refused alike.
         delete pSurface;
         QTRY_VERIFY(!pOutput->Show(pFrame.get()));
         pOutput->Refresh();
+        pOutput = CreateVideoOutput(0x7ffffff1);
+        QVERIFY(!pOutput->Show(pFrame.get()));
+        pOutput->Refresh();
+        pOutput->Clear();
         return;
     }
 
@@ -518,19 +481,6 @@ void TestVideoOutput::outputs()
     QVERIFY(!pOutput->Show(pHd.get()));
     pOutput->Clear();
     pOutput->Refresh();
-}
-
-void TestVideoOutput::windowsThatAreNone()
-{
-    // Ids that name no window (one past 32 bits cannot be an X id at all).
-    FramePtr pFrame = MakeFrame(AV_PIX_FMT_YUV420P, 64, 48, g_yuvRed601, g_yuvRed601);
-    for (std::int64_t i64Id : {std::int64_t(0x7ffffff1), std::int64_t(0x100000001LL)}) {
-        std::unique_ptr<IVideoOutput> pOutput = CreateVideoOutput(i64Id);
-        QVERIFY(pOutput);
-        QVERIFY(!pOutput->Show(pFrame.get()));
-        pOutput->Refresh();
-        pOutput->Clear();
-    }
 }
 
 // QUILL_GL_PROFILE=core or =gles runs the checks on a desktop core context or
