@@ -447,6 +447,18 @@ void TestVideoOutput::outputs()
         {{180, 70}, g_black}, {{180, 84}, g_red}, {{180, 276}, g_blue}, {{180, 290}, g_black}};
     TRY_PIXELS(grab(), vecWide);
 
+    // Another window covers part of the picture and goes away: the window
+    // system asks for the content again, and a refresh supplies it.
+    {
+        QWidget cover;
+        cover.setStyleSheet(QStringLiteral("background: rgb(0, 255, 0)"));
+        cover.setWindowFlags(Qt::Window | Qt::FramelessWindowHint);
+        cover.setGeometry(QRect(pSurface->mapToGlobal(QPoint(0, 0)), QSize(360, 360)));
+        cover.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&cover));
+    }
+    QTRY_COMPARE(refreshed(vecWide), QString());
+
     pOutput->Clear();
     TRY_PIXELS(grab(), {{{180, 180}, g_black}, {{5, 5}, g_black}});
     if (!blRenderWidget) {
