@@ -22,7 +22,6 @@ using namespace RK_Framework::ClipExport;
 using RK_Framework::VideoPlayer::CLS_SdvIoContext;
 using RK_Framework::VideoPlayer::CLS_SdvReader;
 
-Q_DECLARE_METATYPE(RK_Framework::ClipExport::EM_ClipFormat)
 Q_DECLARE_METATYPE(RK_Framework::ClipExport::EM_ClipResult)
 
 namespace {
@@ -31,7 +30,7 @@ const QByteArray kSourcePassword = "source secret";
 const QByteArray kClipPassword = "clip secret";
 
 // What a player gets out of a clip: the number every decoded picture
-// carries, in the order shown, and how many pictures failed to decode.
+// carries, in the order shown, and how many video packets it holds.
 struct ST_Decoded
 {
     QVector<int> m_vecNumbers;
@@ -86,6 +85,23 @@ ST_Decoded Decode(const QString& _qstrPath, const QByteArray& _qbaPassword)
     return stDecoded;
 }
 
+// The clip plays from _iFirst with no gap and every packet decodes; the last
+// picture before _iToMs is in, and at most the rest of its group of pictures
+// (where the container has no presentation times to cut by).
+void CheckPictures(const QString& _qstrClip, int _iFirst, int _iToMs)
+{
+    const ST_Decoded stDecoded = Decode(_qstrClip, kClipPassword);
+    QVERIFY(stDecoded.m_blOpened);
+    QCOMPARE(stDecoded.m_vecNumbers.size(), stDecoded.m_iPackets);
+    QCOMPARE(stDecoded.m_vecNumbers.value(0), _iFirst);
+    for (int i = 1; i < stDecoded.m_vecNumbers.size(); ++i)
+        QCOMPARE(stDecoded.m_vecNumbers[i], stDecoded.m_vecNumbers[i - 1] + 1);
+    const int iLastMarked = _iToMs * 25 / 1000 - 1;
+    QVERIFY2(stDecoded.m_vecNumbers.last() >= iLastMarked &&
+                 stDecoded.m_vecNumbers.last() < (iLastMarked / 10 + 1) * 10,
+             qPrintable(QString::number(stDecoded.m_vecNumbers.last())));
+}
+
 }  // namespace
 
 class TestClipExport : public QObject
@@ -95,10 +111,8 @@ class TestClipExport : public QObject
 private slots:
     void initTestCase();
     void cleanup();
-    void clipHoldsTheMarkedPictures_data();
-    void clipHoldsTheMarkedPictures();
-    void failedOrCancelledExportLeavesNothing_data();
-    void failedOrCancelledExportLeavesNothing();
+    void exportClip_data();
+    void exportClip();
     void commandLineSealsAClip();
 
 private:
@@ -114,9 +128,8 @@ void TestClipExport::initTestCase()
 {
     QVERIFY(m_qtmpDir.isValid());
     // 25 pictures a second, a keyframe every 10, two B-frames between.
-    const QStringList qlstX264{"-c:v", "libx264",     "-preset",  "ultrafast",     "-g",
-                               "10",   "-keyint_min", "10",       "-sc_threshold", "0",
-                               "-bf",  "2",           "-pix_fmt", "yuv420p"};
+    const QStringList qlstX264{"-c:v", "libx264", "-preset", "ultrafast", "-g", "10", "-keyint_min",
+                               "10", "-sc_threshold", "0", "-bf", "2", "-pix_fmt", "yuv420p"};
     auto make = [&](const QString& _qstrName, const QStringList& _qlstAudio,
                     const QStringList& _qlstFormat, double _dSeconds, int _iFirst) {
         const QString qstrPath = QuillTest::MakeClip(
@@ -133,17 +146,10 @@ void TestClipExport::initTestCase()
         make("hours.ps", {"-c:a", "mp2"}, {"-output_ts_offset", "36000", "-f", "mpeg"}, 4.0, 0));
     QVERIFY(make("part1.ps", {}, {"-f", "mpeg"}, 2.0, 0));
     QVERIFY(make("part2.ps", {}, {"-output_ts_offset", "3600", "-f", "mpeg"}, 2.0, 50));
-    QFile qfJoined(Path("joined.ps"));
-    QVERIFY(qfJoined.open(QIODevice::WriteOnly));
-    for (const char* pPart : {"part1.ps", "part2.ps"}) {
-        QFile qfPart(Path(pPart));
-        QVERIFY(qfPart.open(QIODevice::ReadOnly));
-        qfJoined.write(qfPart.readAll());
-    }
-    qfJoined.close();
-    m_qlstSources << "joined.ps";
+    QVERIFY(QuillTest::WriteFile(Path("joined.ps"), QuillTest::ReadFile(Path("part1.ps")) +
+                                                        QuillTest::ReadFile(Path("part2.ps"))));
     QCOMPARE(QuillTest::SealClip(Path("clip.mp4"), Path("sealed.sdv"), kSourcePassword), 0);
-    m_qlstSources << "sealed.sdv";
+    m_qlstSources << "joined.ps" << "sealed.sdv";
 }
 
 void TestClipExport::cleanup()
@@ -160,130 +166,92 @@ QStringList TestClipExport::Leftovers() const
     return qlstFiles;
 }
 
-void TestClipExport::clipHoldsTheMarkedPictures_data()
+void TestClipExport::exportClip_data()
 {
     QTest::addColumn<QString>("source");
-    QTest::addColumn<EM_ClipFormat>("format");
+    QTest::addColumn<QString>("target");  // its suffix picks the format
     QTest::addColumn<int>("fromMs");
     QTest::addColumn<int>("toMs");
+    QTest::addColumn<QByteArray>("password");  // the source's
+    QTest::addColumn<EM_ClipResult>("result");
     QTest::addColumn<int>("firstPicture");  // the keyframe at or before the start
     QTest::addColumn<bool>("soundLeftOut");
 
     // Picture n is at n/25 s; keyframes at multiples of 10.
-    QTest::newRow("mp4, start between keyframes")
-        << "clip.mp4" << CLIP_FORMAT_MP4 << 1000 << 3000 << 20 << false;
+    const QByteArray qbaRight = kSourcePassword;
     QTest::newRow("mp4, start just before a keyframe")
-        << "clip.mp4" << CLIP_FORMAT_MP4 << 3990 << 4400 << 90 << false;
+        << "clip.mp4" << "out.mp4" << 3990 << 4400 << qbaRight << CLIP_OK << 90 << false;
     QTest::newRow("mp4, start on a keyframe")
-        << "clip.mp4" << CLIP_FORMAT_MP4 << 2000 << 2400 << 50 << false;
+        << "clip.mp4" << "out.mp4" << 2000 << 2400 << qbaRight << CLIP_OK << 50 << false;
     QTest::newRow("sealed in, sealed out")
-        << "sealed.sdv" << CLIP_FORMAT_SDV << 3000 << 6000 << 70 << false;
+        << "sealed.sdv" << "out.sdv" << 3000 << 6000 << qbaRight << CLIP_OK << 70 << false;
     QTest::newRow("G.711 sound stays behind")
-        << "g711.avi" << CLIP_FORMAT_MP4 << 0 << 1000 << 0 << true;
-    QTest::newRow("clock hours in") << "hours.ps" << CLIP_FORMAT_MP4 << 1000 << 2000 << 20 << false;
-    QTest::newRow("across a join") << "joined.ps" << CLIP_FORMAT_SDV << 1000 << 3000 << 20 << false;
+        << "g711.avi" << "out.mp4" << 0 << 1000 << qbaRight << CLIP_OK << 0 << true;
+    QTest::newRow("clock hours in")
+        << "hours.ps" << "out.mp4" << 1000 << 2000 << qbaRight << CLIP_OK << 20 << false;
+    QTest::newRow("across a join")
+        << "joined.ps" << "out.sdv" << 1000 << 3000 << qbaRight << CLIP_OK << 20 << false;
+    // Failed or cancelled (once some of the clip is written): nothing is left.
+    QTest::newRow("cancelled mp4")
+        << "clip.mp4" << "out.mp4" << 1000 << 5000 << qbaRight << CLIP_CANCELLED << 0 << false;
+    QTest::newRow("cancelled sealed")
+        << "sealed.sdv" << "out.sdv" << 1000 << 5000 << qbaRight << CLIP_CANCELLED << 0 << false;
+    QTest::newRow("wrong password") << "sealed.sdv" << "out.mp4" << 1000 << 5000
+                                    << QByteArray("guess") << CLIP_WRONG_PASSWORD << 0 << false;
+    QTest::newRow("no password") << "sealed.sdv" << "out.mp4" << 1000 << 5000 << QByteArray()
+                                 << CLIP_PASSWORD_NEEDED << 0 << false;
+    QTest::newRow("not a video")
+        << "missing.mp4" << "out.mp4" << 1000 << 5000 << qbaRight << CLIP_BAD_SOURCE << 0 << false;
+    QTest::newRow("folder missing") << "clip.mp4" << "no/such/out.mp4" << 1000 << 5000 << qbaRight
+                                    << CLIP_WRITE_FAILED << 0 << false;
+    QTest::newRow("over its own source") << "clip.mp4" << "./clip.mp4" << 1000 << 5000 << qbaRight
+                                         << CLIP_WRITE_FAILED << 0 << false;
+    QTest::newRow("past the end") << "clip.mp4" << "out.mp4" << 60000 << 64000 << qbaRight
+                                  << CLIP_EMPTY_RANGE << 0 << false;
 }
 
-void TestClipExport::clipHoldsTheMarkedPictures()
+void TestClipExport::exportClip()
 {
     QFETCH(QString, source);
-    QFETCH(EM_ClipFormat, format);
+    QFETCH(QString, target);
     QFETCH(int, fromMs);
     QFETCH(int, toMs);
+    QFETCH(QByteArray, password);
+    QFETCH(EM_ClipResult, result);
     QFETCH(int, firstPicture);
     QFETCH(bool, soundLeftOut);
 
     ST_ClipRequest stRequest;
     stRequest.m_strSource = Path(source).toStdString();
-    stRequest.m_strTarget =
-        Path(QStringLiteral("out.") + (format == CLIP_FORMAT_SDV ? "sdv" : "mp4")).toStdString();
+    stRequest.m_strTarget = Path(target).toStdString();
     stRequest.m_i64FromMs = fromMs;
     stRequest.m_i64ToMs = toMs;
-    stRequest.m_emFormat = format;
-    stRequest.m_strSourcePassword = kSourcePassword.toStdString();
-    stRequest.m_strTargetPassword = kClipPassword.toStdString();
-    double dLastProgress = -1.0;
-    const ST_ClipOutcome stOutcome = CLS_ClipExporter::Run(
-        stRequest, [&](double _dShare) { dLastProgress = _dShare; }, nullptr);
-    QCOMPARE(stOutcome.m_emResult, CLIP_OK);
-    QCOMPARE(stOutcome.m_blSoundLeftOut, soundLeftOut);
-    QCOMPARE(dLastProgress, 1.0);
-    QCOMPARE(Leftovers(),
-             QStringList{QString::fromStdString(stRequest.m_strTarget).section('/', -1)});
-
-    const ST_Decoded stDecoded =
-        Decode(QString::fromStdString(stRequest.m_strTarget), kClipPassword);
-    QVERIFY(stDecoded.m_blOpened);
-    // Every packet of the clip decodes: it plays from its first picture.
-    QCOMPARE(stDecoded.m_vecNumbers.size(), stDecoded.m_iPackets);
-    QCOMPARE(stDecoded.m_vecNumbers.value(0), firstPicture);
-    for (int i = 1; i < stDecoded.m_vecNumbers.size(); ++i)
-        QCOMPARE(stDecoded.m_vecNumbers[i], stDecoded.m_vecNumbers[i - 1] + 1);
-    // The last marked picture is in, and at most the rest of its group of
-    // pictures (where the container has no presentation times to cut by).
-    const int iLastMarked = toMs * 25 / 1000 - 1;
-    QVERIFY2(stDecoded.m_vecNumbers.last() >= iLastMarked &&
-                 stDecoded.m_vecNumbers.last() < (iLastMarked / 10 + 1) * 10,
-             qPrintable(QString::number(stDecoded.m_vecNumbers.last())));
-}
-
-void TestClipExport::failedOrCancelledExportLeavesNothing_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<QByteArray>("sourcePassword");
-    QTest::addColumn<bool>("cancel");
-    QTest::addColumn<EM_ClipResult>("result");
-
-    QTest::newRow("cancelled mp4") << "clip.mp4"
-                                   << "out.mp4" << QByteArray() << true << CLIP_CANCELLED;
-    QTest::newRow("cancelled sealed") << "sealed.sdv"
-                                      << "out.sdv" << kSourcePassword << true << CLIP_CANCELLED;
-    QTest::newRow("wrong password")
-        << "sealed.sdv"
-        << "out.mp4" << QByteArray("guess") << false << CLIP_WRONG_PASSWORD;
-    QTest::newRow("no password") << "sealed.sdv"
-                                 << "out.mp4" << QByteArray() << false << CLIP_PASSWORD_NEEDED;
-    QTest::newRow("not a video") << "missing.mp4"
-                                 << "out.mp4" << QByteArray() << false << CLIP_BAD_SOURCE;
-    QTest::newRow("folder missing")
-        << "clip.mp4"
-        << "no/such/out.mp4" << QByteArray() << false << CLIP_WRITE_FAILED;
-    QTest::newRow("over its own source")
-        << "clip.mp4"
-        << "./clip.mp4" << QByteArray() << false << CLIP_WRITE_FAILED;
-    QTest::newRow("past the end") << "clip.mp4"
-                                  << "out.mp4" << QByteArray() << false << CLIP_EMPTY_RANGE;
-}
-
-void TestClipExport::failedOrCancelledExportLeavesNothing()
-{
-    QFETCH(QString, source);
-    QFETCH(QString, target);
-    QFETCH(QByteArray, sourcePassword);
-    QFETCH(bool, cancel);
-    QFETCH(EM_ClipResult, result);
-
-    ST_ClipRequest stRequest;
-    stRequest.m_strSource = Path(source).toStdString();
-    stRequest.m_strTarget = Path(target).toStdString();
-    stRequest.m_i64FromMs = result == CLIP_EMPTY_RANGE ? 60000 : 1000;
-    stRequest.m_i64ToMs = stRequest.m_i64FromMs + 4000;
     stRequest.m_emFormat = target.endsWith(".sdv") ? CLIP_FORMAT_SDV : CLIP_FORMAT_MP4;
-    stRequest.m_strSourcePassword = sourcePassword.toStdString();
+    stRequest.m_strSourcePassword = password.toStdString();
     stRequest.m_strTargetPassword = kClipPassword.toStdString();
     const qint64 i64SourceSize = QFileInfo(Path(source)).size();
-    // Cancelled once some of the clip has been written.
+    double dLastProgress = -1.0;
     std::atomic<bool> blCancel{false};
     const ST_ClipOutcome stOutcome = CLS_ClipExporter::Run(
-        stRequest, [&](double _dShare) { blCancel = cancel && _dShare > 0.3; }, &blCancel);
+        stRequest,
+        [&](double _dShare) {
+            dLastProgress = _dShare;
+            blCancel = result == CLIP_CANCELLED && _dShare > 0.3;
+        },
+        &blCancel);
     QCOMPARE(stOutcome.m_emResult, result);
-    QCOMPARE(Leftovers(), QStringList());
     QCOMPARE(QFileInfo(Path(source)).size(), i64SourceSize);
-    QVERIFY(!stOutcome.m_strMessage.empty());
-    QVERIFY(stOutcome.m_strMessage.find(sourcePassword.toStdString().empty()
-                                            ? "\x01"
-                                            : sourcePassword.toStdString()) == std::string::npos);
+    QVERIFY(password.isEmpty() ||
+            stOutcome.m_strMessage.find(password.constData()) == std::string::npos);
+    if (result != CLIP_OK) {
+        QVERIFY(!stOutcome.m_strMessage.empty());
+        QCOMPARE(Leftovers(), QStringList());
+        return;
+    }
+    QCOMPARE(stOutcome.m_blSoundLeftOut, soundLeftOut);
+    QCOMPARE(dLastProgress, 1.0);
+    QCOMPARE(Leftovers(), QStringList{target});
+    CheckPictures(Path(target), firstPicture, toMs);
 }
 
 void TestClipExport::commandLineSealsAClip()
@@ -298,10 +266,7 @@ void TestClipExport::commandLineSealsAClip()
     const QByteArray qbaOutput = qProcess.readAll() + qProcess.readAllStandardError();
     QCOMPARE(qProcess.exitCode(), 0);
     QVERIFY(!qbaOutput.contains(kSourcePassword) && !qbaOutput.contains(kClipPassword));
-    const ST_Decoded stDecoded = Decode(Path("cli.sdv"), kClipPassword);
-    QCOMPARE(stDecoded.m_vecNumbers.value(0), 30);
-    QCOMPARE(stDecoded.m_vecNumbers.size(), stDecoded.m_iPackets);
-    QVERIFY(stDecoded.m_vecNumbers.last() >= 49);
+    CheckPictures(Path("cli.sdv"), 30, 2000);
 }
 
 QTEST_GUILESS_MAIN(TestClipExport)

@@ -1,7 +1,6 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include "EngineTestMedia.h"
@@ -11,6 +10,23 @@ namespace {
 const QByteArray kPassword = "correct horse";
 constexpr int kHeader = 192;
 constexpr int kChunk = 65536 + 16;
+
+// Runs sdvtool with _qbaInput on standard input.
+int Run(const QStringList& _qlstArgs, const QByteArray& _qbaInput = QByteArray(),
+        QByteArray* _pOutput = nullptr)
+{
+    QProcess qProcess;
+    qProcess.start(QuillTest::BinPath(QStringLiteral("sdvtool")), _qlstArgs);
+    qProcess.write(_qbaInput);
+    qProcess.closeWriteChannel();
+    if (!qProcess.waitForFinished(60000)) return -1;
+    const QByteArray qbaOutput = qProcess.readAllStandardOutput() + qProcess.readAllStandardError();
+    // Whatever happened, the password is never repeated back.
+    if (qbaOutput.contains(kPassword) || qbaOutput.contains("new secret")) return -2;
+    if (_pOutput) *_pOutput = qbaOutput;
+    return qProcess.exitStatus() == QProcess::NormalExit ? qProcess.exitCode() : -1;
+}
+
 }  // namespace
 
 class TestSdvTool : public QObject
@@ -26,65 +42,29 @@ private slots:
     void passwdRewrapsTheKeyOnly();
 
 private:
-    // Runs sdvtool in the temporary folder with _qbaInput on standard input.
-    int Run(const QStringList& _qlstArgs, const QByteArray& _qbaInput = QByteArray(),
-            QByteArray* _pOutput = nullptr);
-    QString Path(const QString& _qstrName) const { return m_qtmpDir.filePath(_qstrName); }
-    QByteArray ReadAll(const QString& _qstrName) const
-    {
-        return QuillTest::ReadFile(Path(_qstrName));
-    }
-    bool Write(const QString& _qstrName, const QByteArray& _qbaData) const
-    {
-        return QuillTest::WriteFile(Path(_qstrName), _qbaData);
-    }
-
-    QTemporaryDir m_qtmpDir;
+    // Every file of the tests lives in this working directory.
+    QuillTest::ScopedWorkDir m_workDir;
 };
-
-int TestSdvTool::Run(const QStringList& _qlstArgs, const QByteArray& _qbaInput,
-                     QByteArray* _pOutput)
-{
-    QProcess qProcess;
-    qProcess.setWorkingDirectory(m_qtmpDir.path());
-    qProcess.start(QuillTest::BinPath(QStringLiteral("sdvtool")), _qlstArgs);
-    qProcess.write(_qbaInput);
-    qProcess.closeWriteChannel();
-    if (!qProcess.waitForFinished(60000)) return -1;
-    const QByteArray qbaOutput = qProcess.readAllStandardOutput() + qProcess.readAllStandardError();
-    // Whatever happened, the password is never repeated back.
-    if (qbaOutput.contains(kPassword) || qbaOutput.contains("new secret")) return -2;
-    if (_pOutput) *_pOutput = qbaOutput;
-    return qProcess.exitStatus() == QProcess::NormalExit ? qProcess.exitCode() : -1;
-}
 
 void TestSdvTool::initTestCase()
 {
-    QVERIFY(m_qtmpDir.isValid());
     const QStringList qlstX264{"-c:v", "libx264", "-preset", "veryfast", "-g", "10"};
-    QVERIFY(!QuillTest::MakeClip(m_qtmpDir.path(),
-                                 {"clip.mp4", qlstX264, {"-c:a", "aac"}, {}, 320, 240, 25, 2.0})
+    QVERIFY(!QuillTest::MakeClip(".", {"clip.mp4", qlstX264, {"-c:a", "aac"}, {}, 320, 240, 25, 2})
                  .isEmpty());
-    QVERIFY(!QuillTest::MakeClip(m_qtmpDir.path(), {"clip.ps",
-                                                    {"-c:v", "mpeg2video", "-q:v", "2"},
-                                                    {},
-                                                    {"-f", "mpeg"},
-                                                    320,
-                                                    240,
-                                                    25,
-                                                    2.0})
+    const QStringList qlstMpeg2{"-c:v", "mpeg2video", "-q:v", "2"};
+    QVERIFY(!QuillTest::MakeClip(".", {"clip.ps", qlstMpeg2, {}, {"-f", "mpeg"}, 320, 240, 25, 2})
                  .isEmpty());
-    QCOMPARE(QuillTest::SealClip(Path("clip.ps"), Path("sealed.sdv"), kPassword), 0);
-    const QByteArray qbaSealed = ReadAll("sealed.sdv");
+    QCOMPARE(QuillTest::SealClip("clip.ps", "sealed.sdv", kPassword), 0);
+    const QByteArray qbaSealed = QuillTest::ReadFile("sealed.sdv");
     QVERIFY(qbaSealed.size() > kHeader + 2 * kChunk);
     QByteArray qbaBadHeader = qbaSealed, qbaBadChunk = qbaSealed;
     qbaBadHeader[30] = static_cast<char>(qbaBadHeader[30] ^ 1);
     qbaBadChunk[kHeader + kChunk + 5] = static_cast<char>(qbaBadChunk[kHeader + kChunk + 5] ^ 1);
-    QVERIFY(Write("bad_header.sdv", qbaBadHeader));
-    QVERIFY(Write("bad_chunk.sdv", qbaBadChunk));
-    QVERIFY(Write("cut.sdv", qbaSealed.left(kHeader + kChunk + 100)));
-    QVERIFY(Write("extended.sdv", qbaSealed + QByteArray(100, 'x')));
-    QVERIFY(Write("password.txt", kPassword + "\r\n"));
+    QVERIFY(QuillTest::WriteFile("bad_header.sdv", qbaBadHeader));
+    QVERIFY(QuillTest::WriteFile("bad_chunk.sdv", qbaBadChunk));
+    QVERIFY(QuillTest::WriteFile("cut.sdv", qbaSealed.left(kHeader + kChunk + 100)));
+    QVERIFY(QuillTest::WriteFile("extended.sdv", qbaSealed + QByteArray(100, 'x')));
+    QVERIFY(QuillTest::WriteFile("password.txt", kPassword + "\r\n"));
 }
 
 void TestSdvTool::roundTrip_data()
@@ -108,8 +88,8 @@ void TestSdvTool::roundTrip()
     QFETCH(QStringList, sealArgs);
     QFETCH(QByteArray, input);
     QFETCH(QByteArray, info);
-    QFile::remove(Path("out.sdv"));
-    QFile::remove(Path("back"));
+    QFile::remove("out.sdv");
+    QFile::remove("back");
     QCOMPARE(Run(sealArgs + QStringList{"seal", media, "out.sdv"}, input), 0);
     QByteArray qbaOutput;
     QCOMPARE(Run({"info", "out.sdv"}, {}, &qbaOutput), 0);
@@ -118,7 +98,7 @@ void TestSdvTool::roundTrip()
         QVERIFY2(qbaOutput.contains(qbaField), qbaOutput.constData());
     QCOMPARE(Run(sealArgs + QStringList{"verify", "out.sdv"}, input), 0);
     QCOMPARE(Run(sealArgs + QStringList{"unseal", "out.sdv", "back"}, input), 0);
-    QCOMPARE(ReadAll("back"), ReadAll(media));
+    QCOMPARE(QuillTest::ReadFile("back"), QuillTest::ReadFile(media));
 }
 
 void TestSdvTool::failuresHaveTheirOwnStatus_data()
@@ -148,22 +128,22 @@ void TestSdvTool::failuresHaveTheirOwnStatus()
     QFETCH(QStringList, args);
     QFETCH(QByteArray, input);
     QFETCH(int, status);
-    const QStringList qlstBefore = QDir(m_qtmpDir.path()).entryList(QDir::Files);
+    const QStringList qlstBefore = QDir().entryList(QDir::Files);
     QByteArray qbaOutput;
     QCOMPARE(Run(args, input, &qbaOutput), status);
     QVERIFY(!qbaOutput.isEmpty());
     // No output file, not even a part of one.
-    QCOMPARE(QDir(m_qtmpDir.path()).entryList(QDir::Files), qlstBefore);
+    QCOMPARE(QDir().entryList(QDir::Files), qlstBefore);
 }
 
 void TestSdvTool::passwdRewrapsTheKeyOnly()
 {
-    QVERIFY(QFile::copy(Path("sealed.sdv"), Path("passwd.sdv")));
-    const QByteArray qbaBefore = ReadAll("passwd.sdv");
+    QVERIFY(QFile::copy("sealed.sdv", "passwd.sdv"));
+    const QByteArray qbaBefore = QuillTest::ReadFile("passwd.sdv");
     QCOMPARE(Run({"passwd", "passwd.sdv"}, "wrong\nnew secret\n"), 2);
-    QCOMPARE(ReadAll("passwd.sdv"), qbaBefore);
+    QCOMPARE(QuillTest::ReadFile("passwd.sdv"), qbaBefore);
     QCOMPARE(Run({"passwd", "passwd.sdv"}, kPassword + "\nnew secret\n"), 0);
-    const QByteArray qbaAfter = ReadAll("passwd.sdv");
+    const QByteArray qbaAfter = QuillTest::ReadFile("passwd.sdv");
     QVERIFY(qbaAfter.left(kHeader) != qbaBefore.left(kHeader));
     QCOMPARE(qbaAfter.mid(kHeader), qbaBefore.mid(kHeader));
     QCOMPARE(Run({"verify", "passwd.sdv"}, kPassword + '\n'), 2);
