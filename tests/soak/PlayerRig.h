@@ -7,7 +7,7 @@
 
 #include "ServiceFixture.h"
 
-#include <QString>
+#include <QElapsedTimer>
 #include <QWidget>
 
 #include <memory>
@@ -22,11 +22,11 @@ public:
     PlayerRig();
     ~PlayerRig();
 
-    bool IsReady() const { return m_pfnGetModule != nullptr; }
-    ScopedWorkDir& WorkDir() { return m_pFixture->WorkDir(); }
+    bool IsReady() const { return m_pModule != nullptr; }
+    ScopedWorkDir& WorkDir() { return m_fixture.WorkDir(); }
 
     void CreateDialog();
-    void DestroyDialog();
+    void DestroyDialog() { m_pDialog.reset(); }
     QWidget* Dialog() const { return m_pDialog.get(); }
     QWidget* Find(const char* _pName) const;
 
@@ -38,15 +38,12 @@ public:
     // Answers the message box asking for a password; false when none came.
     bool AnswerPassword(const QString& _qstrPassword) const;
 
-    // A generated clip of _iSeconds in the container the suffix names.
-    QString MakeClip(const QString& _qstrName, int _iSeconds) const;
-    // _qstrClip sealed into an .sdv; plain when _qbaPassword is empty.
-    QString MakeSdv(const QString& _qstrClip, const QString& _qstrName, const QByteArray& _qbaPassword) const;
+    // A clip with sound in the working directory; empty when it was not made.
+    QString MakeClip(const QString& _qstrName, int _iSeconds, const QStringList& _qlstVideo,
+                     const QStringList& _qlstAudio, const QStringList& _qlstFormat = {});
 
 private:
-    std::unique_ptr<ServiceFixture> m_pFixture;
-    using GetModuleFn = CLS_ModuleBasic* (*)();
-    GetModuleFn m_pfnGetModule = nullptr;
+    ServiceFixture m_fixture;
     std::unique_ptr<CLS_ModuleBasic> m_pModule;
     std::unique_ptr<QWidget> m_pDialog;
 };
@@ -56,15 +53,14 @@ private:
 class GuiStallMeter : public QObject
 {
 public:
-    GuiStallMeter();
+    GuiStallMeter() { m_timer.start(); startTimer(50); }
     qint64 LongestGapMs() const { return m_iLongest; }
-    void Reset();
 
 protected:
-    void timerEvent(QTimerEvent*) override;
+    void timerEvent(QTimerEvent*) override { m_iLongest = qMax(m_iLongest, m_timer.restart()); }
 
 private:
-    qint64 m_iLast = 0;
+    QElapsedTimer m_timer;
     qint64 m_iLongest = 0;
 };
 
