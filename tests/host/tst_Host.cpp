@@ -16,11 +16,6 @@ namespace {
 
 constexpr int kHangMs = 60000;
 
-QString Host()
-{
-    return QuillTest::BinPath(QStringLiteral("quillplayer"));
-}
-
 // build/bin without _qstrLeftOut; the host binary is a real copy so that it
 // takes this folder as its installation.
 bool CopyInstallationWithout(const QString& _qstrDir, const QString& _qstrLeftOut)
@@ -42,6 +37,7 @@ class tst_Host : public QObject
     Q_OBJECT
 
 private:
+    const QString m_qstrHost = QuillTest::BinPath(QStringLiteral("quillplayer"));
     QTemporaryDir m_tmpDir;
     QString m_qstrClip;
 
@@ -79,7 +75,7 @@ private slots:
         QFETCH(QStringList, qlstArgs);
         QFETCH(int, iExit);
         QByteArray qbaOutput;
-        QCOMPARE(QuillTest::RunProgram(Host(), qlstArgs, &qbaOutput), iExit);
+        QCOMPARE(QuillTest::RunProgram(m_qstrHost, qlstArgs, &qbaOutput), iExit);
         QCOMPARE(qbaOutput.count('\n'), 1);
     }
 
@@ -148,7 +144,7 @@ private slots:
     {
         QTemporaryDir workDir;
         QProcess process;
-        process.start(Host(), {m_qstrClip, "--workdir", workDir.path()});
+        process.start(m_qstrHost, {m_qstrClip, "--workdir", workDir.path()});
         QVERIFY(process.waitForStarted());
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(workDir.filePath(QStringLiteral("HistroyInfo.json"))), kHangMs);
         QTest::qWait(2500);  // a couple of seconds of playback to keep
@@ -165,7 +161,7 @@ private slots:
         QVERIFY(QuillTest::WriteFile(workDir.filePath(QStringLiteral("libModuleKoPlayer.so")),
                                      "not a library"));
         QByteArray qbaOutput;
-        QCOMPARE(QuillTest::RunProgram(Host(), {"--workdir", workDir.path()}, &qbaOutput, kHangMs), 1);
+        QCOMPARE(QuillTest::RunProgram(m_qstrHost, {"--workdir", workDir.path()}, &qbaOutput, kHangMs), 1);
         QVERIFY(qbaOutput.contains("player module"));
     }
 };

@@ -3,20 +3,16 @@
 // descriptors and threads come back to where they were. QUILL_SOAK_CYCLES and
 // QUILL_SOAK_DIALOGS choose the counts (the defaults are a short run).
 
-#include "EngineTestMedia.h"
 #include "PlayerRig.h"
-#include "QuillTestSupport.h"
 
 #include <QComboBox>
-#include <QDir>
-#include <QtTest>
 
 #include <functional>
 
 namespace {
 
-constexpr int kHangMs = 20000;
-constexpr int kClipSeconds = 20;
+using QuillTest::kClipSeconds;
+using QuillTest::kHangMs;
 const QByteArray kPassword = "soak-Secret-7";
 
 struct ST_Usage
@@ -44,8 +40,8 @@ ST_Usage Usage()
 
 int Count(const char* _pVariable, int _iDefault)
 {
-    const int iValue = qEnvironmentVariableIntValue(_pVariable);
-    return iValue > 0 ? iValue : _iDefault;
+    return qEnvironmentVariableIntValue(_pVariable) > 0 ? qEnvironmentVariableIntValue(_pVariable)
+                                                        : _iDefault;
 }
 
 // _iWarmUp rounds fill the caches; after _iRounds more, memory has grown by
@@ -115,10 +111,10 @@ private slots:
         m_pRig = std::make_unique<QuillTest::PlayerRig>();
         QVERIFY(m_pRig->IsReady());
         const QStringList qlstX264{"-c:v", "libx264", "-preset", "ultrafast", "-g", "50"};
-        m_qlstFiles << m_pRig->MakeClip("clip.mp4", kClipSeconds, qlstX264, {"-c:a", "aac"})
-                    << m_pRig->MakeClip("clip.avi", kClipSeconds, {"-c:v", "mpeg4"}, {"-c:a", "mp3"})
-                    << m_pRig->MakeClip("clip.ps", kClipSeconds, {"-c:v", "mpeg2video"},
-                                        {"-c:a", "mp2"}, {"-f", "vob"});
+        m_qlstFiles << m_pRig->MakeClip("clip.mp4", qlstX264, {"-c:a", "aac"})
+                    << m_pRig->MakeClip("clip.avi", {"-c:v", "mpeg4"}, {"-c:a", "mp3"})
+                    << m_pRig->MakeClip("clip.ps", {"-c:v", "mpeg2video"}, {"-c:a", "mp2"},
+                                        {"-f", "vob"});
         QVERIFY(!m_qlstFiles.contains(QString()));
         m_qlstFiles << m_pRig->WorkDir().FilePath("plain.sdv")
                     << m_pRig->WorkDir().FilePath("sealed.sdv");
