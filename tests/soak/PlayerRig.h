@@ -61,7 +61,7 @@ public:
     {
         m_pDialog.reset(m_pModule->CreateModuleWgt({{"UIType", QJsonObject{{"Language", "en"}}}}));
         m_pDialog->show();
-        QTest::qWaitForWindowExposed(m_pDialog.get());
+        if (!QTest::qWaitForWindowExposed(m_pDialog.get())) qWarning("the player's dialog was never shown");
     }
     void DestroyDialog() { m_pDialog.reset(); }
     QWidget* Dialog() const { return m_pDialog.get(); }
