@@ -83,7 +83,7 @@ public:
     explicit TestView(CLS_PresenterBasic* _pPresenter) : m_pPresenter(_pPresenter) {}
     const char* GetModuleCode() override { return kViewChannel; }
     CLS_PresenterBasic* GetPresenter() override { return m_pPresenter; }
-    void InitUi() override {}
+    void InitUi() override { ++m_iInitUi; }
     void InitConnect() override {}
     bool HandleTask(const QString&, const QVariantMap& _qmapParam,
                     QVariantMap& _qmapResult) override
@@ -93,6 +93,7 @@ public:
         return true;
     }
 
+    int m_iInitUi = 0;
     int m_iHandled = 0;
 
 private:
@@ -199,7 +200,11 @@ private slots:
         TestView viewA(&presenter);
         TestView viewB(&presenter);
         viewA.Init();
-        viewB.Init();
+        // Shown, hidden and shown again, a view initialises once.
+        viewB.show();
+        viewB.hide();
+        viewB.show();
+        QCOMPARE(viewB.m_iInitUi, 1);
         QSignalSpy spyA(&viewA, &CLS_ViewBasic::SignRequestTaskRsulted);
         QSignalSpy spyB(&viewB, &CLS_ViewBasic::SignRequestTaskRsulted);
 
