@@ -15,16 +15,8 @@
 #include "ServiceFixture.h"
 #include "RecordingPlayer.h"
 
-#include <QComboBox>
-#include <QEventLoop>
-#include <QImage>
-#include <QJsonObject>
-#include <QLibrary>
-#include <QTimer>
-#include <QToolButton>
-#include <QTranslator>
-#include <QWheelEvent>
 #include <QtTest>
+#include <QtWidgets>
 
 #include <memory>
 
