@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -153,6 +154,36 @@ private slots:
         // Only the request line itself: no outcome, no error.
         QCOMPARE(Log(kModuleChannel).filter(QStringLiteral(":[silent]")).size(), 1);
     }
+    void destructorWithdrawsPendingRequests()
+    {
+        // More blockers than the pool has workers: every worker is held, so the
+        // requests stay pending until the module goes.
+        std::atomic<bool> blReleased{false};
+        std::atomic<int> iHeld{0};
+        for (int i = 0; i < 16; ++i) {
+            KoService::AddTmpTask(
+                [&] {
+                    ++iHeld;
+                    while (!blReleased)
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                },
+                &blReleased, "blocker");
+        }
+        QTRY_VERIFY(iHeld > 0);
+        RecordingHandler handler;
+        auto* pModule = new TestModule(&handler);
+        for (int i = 0; i < 5; ++i)
+            pModule->TaskRequest(QStringLiteral("echo"), {}, QString::number(i));
+        delete pModule;
+        blReleased = true;
+        KoService::RemoveTmpTask(&blReleased, "release");
+        // Withdrawn requests never reach a handler, even once the pool is free.
+        std::atomic<bool> blDrained{false};
+        KoService::AddTmpTask([&blDrained]() { blDrained = true; }, this, "drain");
+        QTRY_VERIFY(blDrained.load());
+        QCOMPARE(handler.m_pHandledOn.load(), nullptr);
+    }
+
 
     void throwingHandlerInitIsLogged()
     {
