@@ -11,28 +11,25 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string>
 #include <vector>
 
-namespace {
 constexpr unsigned kSecondsPerInput = 10;
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _sizeData);
 extern "C" __attribute__((weak)) int LLVMFuzzerInitialize(int* _piArgc, char*** _pppArgv);
 
 int main(int argc, char** argv)
 {
-    if (LLVMFuzzerInitialize) LLVMFuzzerInitialize(&argc, &argv);
     namespace fs = std::filesystem;
+    if (LLVMFuzzerInitialize) LLVMFuzzerInitialize(&argc, &argv);
     std::vector<fs::path> vecInputs;
     for (int i = 1; i < argc; ++i) {
-        if (fs::is_directory(argv[i])) {
-            for (const fs::directory_entry& entry : fs::directory_iterator(argv[i]))
-                if (entry.is_regular_file()) vecInputs.push_back(entry.path());
-        } else {
+        if (!fs::is_directory(argv[i])) {
             vecInputs.emplace_back(argv[i]);
+            continue;
         }
+        for (const fs::directory_entry& entry : fs::directory_iterator(argv[i]))
+            if (entry.is_regular_file()) vecInputs.push_back(entry.path());
     }
     std::sort(vecInputs.begin(), vecInputs.end());
     for (const fs::path& path : vecInputs) {

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <system_error>
 
 namespace QuillFuzz {
 
@@ -12,10 +11,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Removed with the other statics at exit.
 struct ST_Scratch
 {
     std::string m_strDir;
+    ST_Scratch()
+    {
+        std::error_code ec;
+        const fs::path base =
+            fs::is_directory("/dev/shm", ec) ? fs::path("/dev/shm") : fs::temp_directory_path(ec);
+        m_strDir = (base / "quill-fuzz-XXXXXX").string();
+        if (!mkdtemp(m_strDir.data())) Fail("cannot make the scratch folder");
+    }
     ~ST_Scratch()
     {
         std::error_code ec;
@@ -23,28 +29,11 @@ struct ST_Scratch
     }
 };
 
-std::string MakeScratchDir()
-{
-    std::string strTemplate;
-    std::error_code ec;
-    if (fs::is_directory("/dev/shm", ec)) {
-        strTemplate = "/dev/shm/quill-fuzz-XXXXXX";
-    } else {
-        const char* pTmp = std::getenv("TMPDIR");
-        strTemplate = std::string(pTmp && *pTmp ? pTmp : "/tmp") + "/quill-fuzz-XXXXXX";
-    }
-    if (!mkdtemp(strTemplate.data())) {
-        std::perror("quill-fuzz: mkdtemp");
-        std::abort();
-    }
-    return strTemplate;
-}
-
 }  // namespace
 
 const std::string& ScratchDir()
 {
-    static const ST_Scratch s_scratch{MakeScratchDir()};
+    static const ST_Scratch s_scratch;
     return s_scratch.m_strDir;
 }
 

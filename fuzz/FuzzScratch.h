@@ -10,15 +10,12 @@
 namespace QuillFuzz {
 
 const std::string& ScratchDir();
-
 // Writes the bytes to _strName (relative, parents made as needed) in the
 // scratch folder, replacing what was there; the full path.
 std::string WriteScratchFile(const std::string& _strName, const std::uint8_t* _pData,
                              std::size_t _sizeData);
-
 // Empties the scratch folder: a reader may leave files of its own behind.
 void ClearScratch();
-
 // Stops the process with a message: an input broke a promise of the code
 // under test. libFuzzer keeps the input as a crash.
 [[noreturn]] void Fail(const char* _pWhat);

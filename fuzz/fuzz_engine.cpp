@@ -3,10 +3,11 @@
 // window, step a few pictures, seek to the middle, step back, stop. After
 // stop no thread of the playback may be left.
 
-#include <dirent.h>
-
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <iterator>
 #include <string>
 
 #include "CLS_VideoPlayerEngine.h"
@@ -21,27 +22,18 @@ constexpr int kSteps = 6;
 
 int ThreadCount()
 {
-    int iCount = 0;
-    if (DIR* pDir = opendir("/proc/self/task")) {
-        while (const dirent* pEntry = readdir(pDir))
-            if (pEntry->d_name[0] != '.') ++iCount;
-        closedir(pDir);
-    }
-    return iCount;
-}
-
-bool StartsWith(const std::uint8_t* _pData, std::size_t _sizeData, const char* _pPrefix,
-                std::size_t _sizePrefix)
-{
-    return _sizeData >= _sizePrefix && std::memcmp(_pData, _pPrefix, _sizePrefix) == 0;
+    const std::filesystem::directory_iterator itTasks("/proc/self/task");
+    return static_cast<int>(std::distance(begin(itTasks), end(itTasks)));
 }
 
 // The name users give such a file; FFmpeg takes the suffix as a hint only.
 const char* SuffixOf(const std::uint8_t* _pData, std::size_t _sizeData)
 {
-    if (StartsWith(_pData, _sizeData, "QSDV", 4)) return ".sdv";
-    if (StartsWith(_pData, _sizeData, "RIFF", 4)) return ".avi";
-    if (StartsWith(_pData, _sizeData, "\x00\x00\x01\xba", 4)) return ".ps";
+    const std::string strMagic(reinterpret_cast<const char*>(_pData),
+                               std::min<std::size_t>(_sizeData, 4));
+    if (strMagic == "QSDV") return ".sdv";
+    if (strMagic == "RIFF") return ".avi";
+    if (strMagic == std::string("\x00\x00\x01\xba", 4)) return ".ps";
     return ".mp4";
 }
 

@@ -54,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
     {
         CLS_ParamStore store;
         if (!store.Init(strPath)) QuillFuzz::Fail("the store did not start");
-        ValueList vecBefore = Values(store, jsonRoot);
+        const ValueList vecBefore = Values(store, jsonRoot);
         if (!store.SetParam(strSection, strKey, "37")) QuillFuzz::Fail("a value was not saved");
         store.UnInit();
 

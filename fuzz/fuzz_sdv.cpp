@@ -42,29 +42,18 @@ constexpr std::size_t kWrapInput = 156;
 constexpr std::size_t kMaxUnwraps = 32;
 constexpr std::int64_t kMaxRead = 4 * 1024 * 1024;
 
-using HeaderBytes = std::array<std::uint8_t, kWrapInput>;
 using ContentKey = std::array<std::uint8_t, ST_SdvHeader::kKeySize>;
 
-std::optional<ContentKey> KeyFor(const std::uint8_t* _pHeader, const ST_SdvHeader& _stHeader,
-                                 bool _blRepaired)
+std::optional<ContentKey> KeyFor(const std::vector<std::uint8_t>& _vecFile,
+                                 const ST_SdvHeader& _stHeader, bool _blRepaired)
 {
-    static std::map<HeaderBytes, std::optional<ContentKey>> s_mapKeys;
-    HeaderBytes arrBytes;
-    std::copy_n(_pHeader, kWrapInput, arrBytes.begin());
-    if (auto it = s_mapKeys.find(arrBytes); it != s_mapKeys.end()) return it->second;
+    static std::map<std::string, std::optional<ContentKey>> s_mapKeys;
+    const std::string strWrapInput(_vecFile.begin(), _vecFile.begin() + kWrapInput);
+    if (auto it = s_mapKeys.find(strWrapInput); it != s_mapKeys.end()) return it->second;
     if (_blRepaired || s_mapKeys.size() >= kMaxUnwraps) return std::nullopt;
     ContentKey arrKey;
-    std::optional<ContentKey> optKey;
-    if (_stHeader.UnwrapKey(kPassword, std::strlen(kPassword), arrKey.data())) optKey = arrKey;
-    s_mapKeys.emplace(arrBytes, optKey);
-    return optKey;
-}
-
-void RepairChecksum(std::vector<std::uint8_t>& _vecFile)
-{
-    unsigned int uiSize = 0;
-    EVP_Digest(_vecFile.data(), kChecksumAt, _vecFile.data() + kChecksumAt, &uiSize, EVP_sha256(),
-               nullptr);
+    const bool blOpened = _stHeader.UnwrapKey(kPassword, std::strlen(kPassword), arrKey.data());
+    return s_mapKeys[strWrapInput] = blOpened ? std::optional(arrKey) : std::nullopt;
 }
 
 // Reads up to _i64Bytes from where the context stands; the count read.
@@ -92,7 +81,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
     if (ST_SdvHeader::Parse(vecFile.data(), vecFile.size(), stHeader) ==
             ST_SdvHeader::SDV_DAMAGED &&
         vecFile.size() >= ST_SdvHeader::kSize) {
-        RepairChecksum(vecFile);
+        unsigned int uiSize = 0;
+        EVP_Digest(vecFile.data(), kChecksumAt, vecFile.data() + kChecksumAt, &uiSize,
+                   EVP_sha256(), nullptr);
         blRepaired = true;
         if (ST_SdvHeader::Parse(vecFile.data(), vecFile.size(), stHeader) != ST_SdvHeader::SDV_OK)
             return 0;
@@ -106,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* _pData, std::size_t _s
         std::uint8_t arrByte = 0;
         if (pReader->Read(0, &arrByte, 1) != CLS_SdvReader::kReadIoError)
             QuillFuzz::Fail("a sealed payload read before it was unlocked");
-        const std::optional<ContentKey> optKey = KeyFor(vecFile.data(), stParsed, blRepaired);
+        const std::optional<ContentKey> optKey = KeyFor(vecFile, stParsed, blRepaired);
         if (!optKey) return 0;
         pReader->UnlockWithKey(optKey->data());
     }

@@ -60,6 +60,8 @@ CLS_PlaybackSession::~CLS_PlaybackSession()
 {
     Halt();
     m_demuxer.Join();
+    for (AVPacket*& pPacket : m_vecFirstSound)
+        av_packet_free(&pPacket);
 }
 
 void CLS_PlaybackSession::Halt()
@@ -98,18 +100,8 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
         // A file whose sound we cannot decode still shows its pictures.
         blAudio = m_audioDecoder.Open(m_source.AudioStream(), strIgnored);
     }
-    std::vector<AVPacket*> vecAudio;
-    const bool blDecoded = m_videoDecoder.DecodeFirst(m_source, vecAudio, _strError);
-    if (blDecoded && blAudio)
-        m_blSound = m_audio.Open(m_audioDecoder.SampleRate(), m_audioDecoder.Channels());
-    m_state.m_blAudioActive = m_blSound;
-    for (AVPacket* pPacket : vecAudio) {
-        if (m_blSound)
-            m_audioPackets.Put(pPacket, m_state.m_iSerial.load());
-        else
-            av_packet_free(&pPacket);
-    }
-    if (!blDecoded) return false;
+    if (!m_videoDecoder.DecodeFirst(m_source, m_vecFirstSound, _strError)) return false;
+    m_blSoundDecodable = blAudio;
     const std::size_t sizePicture = std::max<std::size_t>(1, m_videoDecoder.PictureBytes());
     m_frames.SetCapacity(
         std::clamp(kFrameQueueBytes / sizePicture, kMinFrameQueueSize, kFrameQueueSize));
@@ -136,12 +128,29 @@ bool CLS_PlaybackSession::Open(const std::string& _strPath, std::string& _strErr
         m_dDuration = dContainer - std::clamp(dLead, 0.0, dContainer);
     }
 
+    return true;
+}
+
+void CLS_PlaybackSession::Start()
+{
+    if (m_blStarted) return;
+    // The sound server may take its time to answer; that is no silence of
+    // the file, so the device is opened here rather than in Open.
+    if (m_blSoundDecodable)
+        m_blSound = m_audio.Open(m_audioDecoder.SampleRate(), m_audioDecoder.Channels());
+    m_state.m_blAudioActive = m_blSound;
+    for (AVPacket*& pPacket : m_vecFirstSound) {
+        if (m_blSound)
+            m_audioPackets.Put(pPacket, m_state.m_iSerial.load());
+        else
+            av_packet_free(&pPacket);
+    }
+    m_vecFirstSound.clear();
     m_demuxer.Start();
     m_videoDecoder.Start();
     if (m_blSound) m_audioDecoder.Start();
     m_presenter.Start();
     m_blStarted = true;
-    return true;
 }
 
 void CLS_PlaybackSession::SetEndHandler(EndHandler _fnEnd)

@@ -19,10 +19,11 @@
 // - SDL audio callback (CLS_AudioOutput): takes samples from the buffer,
 //   lines them up with the clock, and what it has played is the clock at 1X.
 //
-// Opening and the last part of closing (the demux thread's end and the
-// container's) run on short-lived threads of their own, "quill-open" and
-// "quill-close" (CLS_StallGuard), so that a source gone silent never holds
-// the caller; everything else is called from the caller's thread.
+// Opening (reading up to the first picture) and the last part of closing
+// (the demux thread's end and the container's) run on short-lived threads of
+// their own, "quill-open" and "quill-close" (CLS_StallGuard), so that a
+// source gone silent never holds the caller; everything else, the sound
+// device included, is called from the caller's thread.
 //
 // A seek bumps the serial in CLS_SessionState: from then on everything older
 // in the queues is stale. The frame queue and the presenter are woken (a
@@ -43,6 +44,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "CLS_AudioDecoder.h"
 #include "CLS_Player_Rk.h"
@@ -81,6 +83,9 @@ public:
     bool Open(const std::string& _strPath, std::string& _strError, AVIOContext* _pIo = nullptr);
     // Moves while Open reads (for a caller that waits on another thread).
     std::uint64_t OpenProgress() const { return m_source.Progress(); }
+    // After a successful Open, on the caller's thread: opens the sound
+    // device and starts the threads.
+    void Start();
     void SetEndHandler(EndHandler _fnEnd);
     void SetObserver(FrameObserver _fnObserver);
 
@@ -142,6 +147,10 @@ private:
     CLS_VideoPresenter m_presenter;
 
     bool m_blStarted = false;
+    // Open's part: whether the sound can be decoded, and the sound packets
+    // read while looking for the first picture.
+    bool m_blSoundDecodable = false;
+    std::vector<AVPacket*> m_vecFirstSound;
     bool m_blSound = false;
     // Back at 1X after a speed without sound: realign on the next resume.
     bool m_blSoundBehind = false;

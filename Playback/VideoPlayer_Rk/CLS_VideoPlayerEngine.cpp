@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <system_error>
 
-#include "CLS_AudioOutput.h"
 #include "CLS_PlaybackSession.h"
 #include "CLS_SdvIoContext.h"
 #include "CLS_SdvReader.h"
@@ -104,7 +103,6 @@ struct CLS_VideoPlayerEngine::SOpening
         } catch (const std::exception& e) {
             strError = e.what();
         }
-        CLS_AudioOutput::ForgetThread();
     }
 
     // The session reads through the sealed file's context: it goes first.
@@ -207,6 +205,7 @@ void CLS_VideoPlayerEngine::StartSession(SOpening& _opening)
 {
     std::unique_ptr<CLS_PlaybackSession> pSession = std::move(_opening.pSession);
     m_pIo = std::move(_opening.pIo);
+    pSession->Start();
     pSession->SetEndHandler([this] { Raise(PLAYER_EVENT_PLAY_OVER); });
     {
         std::lock_guard<std::mutex> lock(m_mutexCallback);

@@ -4,14 +4,8 @@
 #include "PlayerRig.h"
 #include "QuillTestSupport.h"
 
-#include <QAction>
-#include <QContextMenuEvent>
-#include <QDateTime>
-#include <QLabel>
-#include <QMenu>
-#include <QScreen>
-#include <QWheelEvent>
 #include <QtTest>
+#include <QtWidgets>
 
 #include <utility>
 

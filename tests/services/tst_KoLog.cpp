@@ -4,7 +4,6 @@
 #include "Logger.h"
 #include "ServiceFixture.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -116,27 +115,6 @@ private slots:
         QCOMPARE(qlstRecords.size(), 4);
         QCOMPARE(qlstRecords.filter(QRegularExpression(R"(\[(\w+)\] .*\] \1$)")).size(), 4);
         m_service.UnInit();
-    }
-
-    void filesRotatePastTheSizeLimit()
-    {
-        CLS_LogService::Options options;
-        options.m_sizeMaxFileBytes = 4096;
-        options.m_sizeMaxFiles = 3;
-        CLS_LogService service(options);
-        QDir dir(m_tmpDir.filePath(QStringLiteral("rotate")));
-        QVERIFY(service.Init(dir.path().toStdString(), 0));
-        for (int i = 0; i < 400; ++i) {
-            const std::string strText = "n" + std::to_string(i) + " " + std::string(100, 'p');
-            service.PrintLog(1, "Roll", "f.cpp", 1, "f", &strText);
-        }
-        service.UnInit();
-        QCOMPARE(dir.entryList(QDir::Files, QDir::Name),
-                 (QStringList{"Roll.1.log", "Roll.2.log", "Roll.log"}));
-        for (const QFileInfo& info : dir.entryInfoList(QDir::Files))
-            QVERIFY(info.size() <= 4096);
-        // The newest record is in the live file.
-        QVERIFY(Records("rotate", "Roll").last().endsWith("] n399 " + QString(100, 'p')));
     }
 
 private:

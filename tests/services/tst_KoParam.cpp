@@ -26,15 +26,13 @@ private slots:
         QVERIFY(!store.SetParam("SystemConfig", "skin", "light"));
         QVERIFY(store.Init(strPath));
         QCOMPARE(store.GetParam("SystemConfig", "skin", "dark"), "dark");
-        QVERIFY(store.SetParam("SystemConfig", "skin", "light"));
         QVERIFY(store.SetParam("ModuleKoPlayer", "Title", "Überwachung – 監視"));
         QVERIFY(store.SetParam("ModuleKoPlayer", "OpenSound", "1"));
         QVERIFY(store.DeleteParam("ModuleKoPlayer", "OpenSound"));
 
         store.UnInit();
-        QCOMPARE(store.GetParam("SystemConfig", "skin", "dark"), "dark");
+        QCOMPARE(store.GetParam("ModuleKoPlayer", "Title", "none"), "none");
         QVERIFY(store.Init(strPath));
-        QCOMPARE(store.GetParam("SystemConfig", "skin", "dark"), "light");
         QCOMPARE(store.GetParam("ModuleKoPlayer", "Title", ""), "Überwachung – 監視");
         QCOMPARE(store.GetParam("ModuleKoPlayer", "OpenSound", "gone"), "gone");
     }

@@ -1,19 +1,8 @@
-// The player when its surroundings fail: a library of the installation
-// missing, and files that change, vanish or stall while they play, and a
-// storm of commands from the user. Nothing crashes, the GUI thread is never
-// held for a second, and the player still plays afterwards.
+// The player when its surroundings fail: a source that stalls while it
+// plays, and a storm of commands from the user. Nothing crashes, the GUI
+// thread is never held for a second, and the player still plays afterwards.
 
 #include "PlayerRig.h"
-#include "QuillTestSupport.h"
-
-#include <QComboBox>
-#include <QDir>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QImage>
-#include <QRegularExpression>
-#include <QScopeGuard>
-#include <QtTest>
 
 #include <random>
 #include <thread>
@@ -22,30 +11,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
-
-constexpr int kHangMs = 20000;
+using QuillTest::kHangMs;
 constexpr int kStallMs = 1000;
-constexpr int kClipSeconds = 20;
-
-// build/bin with one library left out; the host binary is a real copy so
-// that it takes this folder as its installation.
-bool CopyInstallationWithout(const QString& _qstrDir, const QString& _qstrLeftOut)
-{
-    const QDir dirBin(QuillTest::BinDir());
-    for (const QString& qstrName : dirBin.entryList(QDir::AllEntries | QDir::NoDotAndDotDot)) {
-        if (qstrName == _qstrLeftOut) continue;
-        const QString qstrTarget = _qstrDir + QLatin1Char('/') + qstrName;
-        const bool blDone = qstrName == QLatin1String("quillplayer")
-                                ? QFile::copy(dirBin.filePath(qstrName), qstrTarget)
-                                : QFile::link(dirBin.filePath(qstrName), qstrTarget);
-        if (!blDone) return false;
-    }
-    return QFile::setPermissions(_qstrDir + QStringLiteral("/quillplayer"),
-                                 QFile::ExeOwner | QFile::ReadOwner | QFile::WriteOwner);
-}
-
-}  // namespace
 
 class tst_Faults : public QObject
 {
@@ -69,66 +36,13 @@ private slots:
     {
         m_pRig = std::make_unique<QuillTest::PlayerRig>();
         QVERIFY(m_pRig->IsReady());
-        // The host's console is read line by line: no warning about the
-        // environment of this machine in between.
-        QVERIFY(QDir().mkpath(m_pRig->WorkDir().FilePath(QStringLiteral("runtime"))));
-        QFile::setPermissions(m_pRig->WorkDir().FilePath(QStringLiteral("runtime")), QFile::ExeOwner | QFile::ReadOwner | QFile::WriteOwner);
-        qputenv("XDG_RUNTIME_DIR", m_pRig->WorkDir().FilePath(QStringLiteral("runtime")).toLocal8Bit());
-        m_qstrClip = m_pRig->MakeClip(QStringLiteral("clip.ts"), kClipSeconds);
+        m_qstrClip = m_pRig->MakeClip(
+            "clip.ts", {"-c:v", "libx264", "-preset", "ultrafast", "-g", "50"}, {"-c:a", "aac"});
         QVERIFY(!m_qstrClip.isEmpty());
         m_pRig->CreateDialog();
     }
 
     void cleanupTestCase() { m_pRig.reset(); }
-
-    void missingLibrary_data()
-    {
-        QTest::addColumn<QString>("qstrLeftOut");
-        QTest::addColumn<QStringList>("qlstOptions");
-        // Whether playing a plain file asks for the library at all.
-        QTest::addColumn<bool>("blAsked");
-        for (const char* pService : {"KoLog", "KoParam", "KoTaskPool", "KoAppManager", "KoColorManage"})
-            QTest::newRow(pService) << QStringLiteral("lib%1.so").arg(QLatin1String(pService)) << QStringList() << true;
-        QTest::newRow("WgtMsgBox") << QStringLiteral("libWgtMsgBox.so") << QStringList() << false;
-        QTest::newRow("QGLRender") << QStringLiteral("libQGLRender.so") << QStringList{"--rendering", "gl"} << true;
-    }
-    // The host starts, shows the picture, keeps the position and ends with 0;
-    // the console says only what the library loader says.
-    void missingLibrary()
-    {
-        QFETCH(QString, qstrLeftOut);
-        QFETCH(QStringList, qlstOptions);
-        QFETCH(bool, blAsked);
-        QTemporaryDir installDir;
-        QTemporaryDir workDir;
-        QVERIFY(CopyInstallationWithout(installDir.path(), qstrLeftOut));
-        const QString qstrShot = workDir.filePath(QStringLiteral("shot.png"));
-        QByteArray qbaOutput;
-        // A search path set for the build (the sanitized run sets one) would
-        // find the library left out there.
-        const QByteArray qbaSearchPath = qgetenv("LD_LIBRARY_PATH");
-        qputenv("LD_LIBRARY_PATH", installDir.path().toLocal8Bit());
-        const auto restore = qScopeGuard([&] { qputenv("LD_LIBRARY_PATH", qbaSearchPath); });
-        QCOMPARE(QuillTest::RunProgram(installDir.filePath(QStringLiteral("quillplayer")),
-                                       QStringList{m_qstrClip, "--workdir", workDir.path(), "--screenshot", qstrShot,
-                                                   "--after", "2000"} +
-                                           qlstOptions,
-                                       &qbaOutput, 60000),
-                 0);
-        const QImage image(qstrShot);
-        QVERIFY2(!image.isNull(), qbaOutput.constData());
-        QVERIFY(image.pixelColor(image.width() / 2, image.height() / 2).lightness() > 40);
-        QVERIFY(QuillTest::NewestHistroyEntry(workDir.path())["pos"].toInt(-1) >= 1);
-        // The loader's lines, the render library's note on the renderer and
-        // the host's word on the screenshot; nothing else.
-        const QRegularExpression reKnown(
-            QStringLiteral("^(load dll (- .*|\\[.*\\] sucess|\\[.*%1\\] fail !!! .*)|QGLRender: OpenGL renderer .*|"
-                           "quillplayer: screenshot saved to .*)$")
-                .arg(QRegularExpression::escape(qstrLeftOut)));
-        for (const QString& qstrLine : QString::fromLocal8Bit(qbaOutput).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-            QVERIFY2(reKnown.match(qstrLine).hasMatch(), qPrintable(qstrLine));
-        QCOMPARE(qbaOutput.contains(qstrLeftOut.toLocal8Bit() + "] fail !!!"), blAsked);
-    }
 
     // A source that stops delivering: the GUI thread keeps running, and the
     // player turns to the next file when asked.
@@ -159,6 +73,9 @@ private slots:
         PlaysAgain();
     }
 
+    // Random commands of the control bar, now and then a new file: each
+    // holds the GUI thread for less than the limit, and so does each round of
+    // the events they leave behind.
     void randomOperations()
     {
         const int iOperations = qEnvironmentVariableIntValue("QUILL_FAULT_OPERATIONS") > 0
@@ -166,43 +83,39 @@ private slots:
                                     : 2000;
         QVERIFY(m_pRig->Open(m_qstrClip));
         QTRY_VERIFY_WITH_TIMEOUT(m_pRig->PlayedShown() >= 1, kHangMs);
-        const char* const arrSignals[] = {"SignVideoPlayOrPause", "SignFastPlay", "SignSlowPlay", "SignStepUp",
-                                          "SignStop", "SignSliderClicked", "SignSliderMoved", "SignSpeedChange",
-                                          "SignStepBack", "SignSoundOpenOrClose", "SignSoundSliderMoved"};
+        // Each signal with the range of its argument; 0 for none.
+        const struct { const char* pName; int iRange; } arrSignals[] = {
+            {"SignVideoPlayOrPause", 0}, {"SignFastPlay", 0},       {"SignSlowPlay", 0},
+            {"SignStepUp", 0},           {"SignStop", 0},           {"SignSliderClicked", 101},
+            {"SignSliderMoved", 101},    {"SignSpeedChange", 9},    {"SignStepBack", 0},
+            {"SignSoundOpenOrClose", 0}, {"SignSoundSliderMoved", 101}};
         std::mt19937 random(20261125);
-        // Each command holds the GUI thread for less than the limit, and so
-        // does each round of the events they leave behind.
         QElapsedTimer timer;
-        qint64 iLongestCommand = 0;
-        QByteArray qbaLongest;
-        const auto measure = [&](const QByteArray& _qbaWhat) {
-            if (timer.elapsed() > iLongestCommand) {
-                iLongestCommand = timer.elapsed();
-                qbaLongest = _qbaWhat;
+        qint64 iLongest = 0;
+        const char* pLongest = "";
+        const auto measure = [&](const char* _pWhat) {
+            const qint64 iMs = timer.restart();
+            if (iMs > iLongest) {
+                iLongest = iMs;
+                pLongest = _pWhat;
             }
-            timer.start();
         };
         for (int i = 0; i < iOperations; ++i) {
-            QByteArray qbaSignal = arrSignals[random() % 11];
+            const auto& stSignal = arrSignals[random() % std::size(arrSignals)];
+            const bool blOpen = i % 97 == 96;
             timer.start();
-            if (i % 97 == 96) {
+            if (blOpen)
                 m_pRig->Open(m_qstrClip);
-                qbaSignal = "OpenVideoFile";
-            } else if (qbaSignal.contains("Slider")) {
-                m_pRig->Bar(qbaSignal.constData(), static_cast<int>(random() % 101));
-            } else if (qbaSignal == "SignSpeedChange") {
-                m_pRig->Bar(qbaSignal.constData(), static_cast<int>(random() % 9));
-            } else {
-                m_pRig->Bar(qbaSignal.constData());
-            }
-            measure(qbaSignal);
+            else
+                m_pRig->Bar(stSignal.pName, stSignal.iRange ? int(random() % stSignal.iRange) : -1);
+            measure(blOpen ? "OpenVideoFile" : stSignal.pName);
             if (i % 5 == 0) {
                 QCoreApplication::processEvents();
                 measure("events");
             }
         }
-        qInfo("longest command: %s, %lld ms", qbaLongest.constData(), iLongestCommand);
-        QVERIFY(iLongestCommand < kStallMs);
+        qInfo("longest command: %s, %lld ms", pLongest, iLongest);
+        QVERIFY(iLongest < kStallMs);
         PlaysAgain();
     }
 };

@@ -4,17 +4,15 @@
 // QUILL_SOAK_DIALOGS choose the counts (the defaults are a short run).
 
 #include "PlayerRig.h"
-#include "QuillTestSupport.h"
 
 #include <QComboBox>
-#include <QDir>
-#include <QFile>
-#include <QtTest>
+
+#include <functional>
 
 namespace {
 
-constexpr int kHangMs = 20000;
-constexpr int kClipSeconds = 20;
+using QuillTest::kClipSeconds;
+using QuillTest::kHangMs;
 const QByteArray kPassword = "soak-Secret-7";
 
 struct ST_Usage
@@ -27,41 +25,50 @@ struct ST_Usage
 ST_Usage Usage()
 {
     ST_Usage stUsage;
-    QFile qfStatus(QStringLiteral("/proc/self/status"));
-    if (qfStatus.open(QIODevice::ReadOnly))
-        for (const QByteArray& qbaLine : qfStatus.readAll().split('\n'))
-            if (qbaLine.startsWith("VmRSS:")) stUsage.iRssKb = qbaLine.mid(6).trimmed().split(' ').first().toLongLong();
+    for (const QByteArray& qbaLine : QuillTest::ReadFile("/proc/self/status").split('\n'))
+        if (qbaLine.startsWith("VmRSS:"))
+            stUsage.iRssKb = qbaLine.mid(6).trimmed().split(' ').first().toLongLong();
     const auto entries = [](const char* _pDir) {
-        return QDir(QLatin1String(_pDir)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System).size();
+        return QDir(QLatin1String(_pDir))
+            .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::System)
+            .size();
     };
     stUsage.iFds = entries("/proc/self/fd");
     stUsage.iThreads = entries("/proc/self/task");
     return stUsage;
 }
 
-void Report(const char* _pWhen, int _iCycle, const ST_Usage& _stUsage)
-{
-    qInfo("%s %d: rss %lld kB, fds %d, threads %d", _pWhen, _iCycle, _stUsage.iRssKb, _stUsage.iFds,
-          _stUsage.iThreads);
-}
-
 int Count(const char* _pVariable, int _iDefault)
 {
-    bool blOk = false;
-    const int iValue = qEnvironmentVariableIntValue(_pVariable, &blOk);
-    return blOk && iValue > 0 ? iValue : _iDefault;
+    return qEnvironmentVariableIntValue(_pVariable) > 0 ? qEnvironmentVariableIntValue(_pVariable)
+                                                        : _iDefault;
 }
 
-// Threads that end on their own (the engine's reader, a pool worker after
-// its task) may take a moment; the count has to come back, not be back now.
-bool SettlesTo(const ST_Usage& _stStart)
+// _iWarmUp rounds fill the caches; after _iRounds more, memory has grown by
+// 5% at most, and file descriptors and threads come back to where they were.
+// Threads that end on their own (the engine's reader, a pool worker after its
+// task) may take a moment to.
+void StaysFlat(const char* _pWhat, int _iWarmUp, int _iRounds,
+               const std::function<void(int)>& _fnRound)
 {
-    return QTest::qWaitFor(
-        [&_stStart] {
+    ST_Usage stWarm;
+    for (int i = 1; i <= _iWarmUp + _iRounds; ++i) {
+        _fnRound(i);
+        if (QTest::currentTestFailed()) QFAIL(qPrintable(QStringLiteral("%1 %2").arg(_pWhat).arg(i)));
+        if (i == _iWarmUp) stWarm = Usage();
+    }
+    const bool blSettled = QTest::qWaitFor(
+        [&stWarm] {
             const ST_Usage stNow = Usage();
-            return stNow.iFds <= _stStart.iFds && stNow.iThreads <= _stStart.iThreads;
+            return stNow.iFds <= stWarm.iFds && stNow.iThreads <= stWarm.iThreads;
         },
         5000);
+    const ST_Usage stEnd = Usage();
+    qInfo("%s, after the warm-up and at the end: rss %lld/%lld kB, fds %d/%d, threads %d/%d",
+          _pWhat, stWarm.iRssKb, stEnd.iRssKb, stWarm.iFds, stEnd.iFds, stWarm.iThreads,
+          stEnd.iThreads);
+    QVERIFY(blSettled);
+    QVERIFY(stEnd.iRssKb <= stWarm.iRssKb * 105 / 100);
 }
 
 }  // namespace
@@ -74,6 +81,8 @@ private:
     std::unique_ptr<QuillTest::PlayerRig> m_pRig;
     QStringList m_qlstFiles;
 
+    // Open, seek to the middle, pause, step, change speed, stop: the history
+    // keeps the file at about the middle.
     void Cycle(const QString& _qstrFile)
     {
         QuillTest::PlayerRig& rig = *m_pRig;
@@ -92,7 +101,8 @@ private:
         const QJsonObject qjsEntry = QuillTest::NewestHistroyEntry();
         QCOMPARE(qjsEntry[QLatin1String("path")].toString(), _qstrFile);
         const int iPos = qjsEntry[QLatin1String("pos")].toInt(-1);
-        QVERIFY2(iPos >= kClipSeconds / 2 - 1 && iPos <= kClipSeconds / 2 + 4, qPrintable(QString::number(iPos)));
+        QVERIFY2(iPos >= kClipSeconds / 2 - 1 && iPos <= kClipSeconds / 2 + 4,
+                 qPrintable(QString::number(iPos)));
     }
 
 private slots:
@@ -100,13 +110,16 @@ private slots:
     {
         m_pRig = std::make_unique<QuillTest::PlayerRig>();
         QVERIFY(m_pRig->IsReady());
-        for (const char* pName : {"clip.mp4", "clip.avi", "clip.ps"}) {
-            m_qlstFiles << m_pRig->MakeClip(QLatin1String(pName), kClipSeconds);
-            QVERIFY(!m_qlstFiles.last().isEmpty());
-        }
-        m_qlstFiles << m_pRig->MakeSdv(m_qlstFiles.first(), QStringLiteral("plain.sdv"), {})
-                    << m_pRig->MakeSdv(m_qlstFiles.first(), QStringLiteral("sealed.sdv"), kPassword);
+        const QStringList qlstX264{"-c:v", "libx264", "-preset", "ultrafast", "-g", "50"};
+        m_qlstFiles << m_pRig->MakeClip("clip.mp4", qlstX264, {"-c:a", "aac"})
+                    << m_pRig->MakeClip("clip.avi", {"-c:v", "mpeg4"}, {"-c:a", "mp3"})
+                    << m_pRig->MakeClip("clip.ps", {"-c:v", "mpeg2video"}, {"-c:a", "mp2"},
+                                        {"-f", "vob"});
         QVERIFY(!m_qlstFiles.contains(QString()));
+        m_qlstFiles << m_pRig->WorkDir().FilePath("plain.sdv")
+                    << m_pRig->WorkDir().FilePath("sealed.sdv");
+        QCOMPARE(QuillTest::SealClip(m_qlstFiles[0], m_qlstFiles[3], {}), 0);
+        QCOMPARE(QuillTest::SealClip(m_qlstFiles[0], m_qlstFiles[4], kPassword), 0);
         m_pRig->CreateDialog();
     }
 
@@ -118,45 +131,18 @@ private slots:
         // Two rounds of every file: the sealed one grows the heap once more the
         // second time it plays.
         const int iWarmUp = qMax(2 * m_qlstFiles.size(), iCycles / 10);
-        Report("before", 0, Usage());
-        ST_Usage stWarm;
-        for (int i = 1; i <= iCycles; ++i) {
-            Cycle(m_qlstFiles[i % m_qlstFiles.size()]);
-            if (QTest::currentTestFailed()) QFAIL(qPrintable(QStringLiteral("cycle %1").arg(i)));
-            if (i == iWarmUp) {
-                QVERIFY(SettlesTo(Usage()));
-                stWarm = Usage();
-                Report("warm", i, stWarm);
-            } else if (i % qMax(1, iCycles / 10) == 0) {
-                Report("cycle", i, Usage());
-            }
-        }
-        QVERIFY(SettlesTo(stWarm));
-        const ST_Usage stEnd = Usage();
-        Report("end", iCycles, stEnd);
-        QVERIFY2(stEnd.iRssKb <= stWarm.iRssKb * 105 / 100, qPrintable(QString::number(stEnd.iRssKb)));
+        StaysFlat("cycle", iWarmUp, qMax(1, iCycles - iWarmUp),
+                  [this](int _iCycle) { Cycle(m_qlstFiles[_iCycle % m_qlstFiles.size()]); });
     }
 
+    // One dialog played above; the first few new ones fill the caches.
     void dialogCycles()
     {
-        const int iDialogs = Count("QUILL_SOAK_DIALOGS", 10);
-        // One dialog played above; the first few new ones fill the caches.
-        for (int i = 0; i < 3; ++i) {
-            m_pRig->DestroyDialog();
-            m_pRig->CreateDialog();
-        }
-        QVERIFY(SettlesTo(Usage()));
-        const ST_Usage stStart = Usage();
-        Report("dialogs start", 0, stStart);
-        for (int i = 1; i <= iDialogs; ++i) {
+        StaysFlat("dialog", 3, Count("QUILL_SOAK_DIALOGS", 10), [this](int) {
             m_pRig->DestroyDialog();
             m_pRig->CreateDialog();
             QVERIFY(m_pRig->Dialog()->isVisible());
-        }
-        QVERIFY(SettlesTo(stStart));
-        const ST_Usage stEnd = Usage();
-        Report("dialogs end", iDialogs, stEnd);
-        QVERIFY2(stEnd.iRssKb <= stStart.iRssKb * 105 / 100, qPrintable(QString::number(stEnd.iRssKb)));
+        });
     }
 };
 

@@ -15,14 +15,6 @@ namespace {
 constexpr double kAlignTolerance = 0.04;
 // Converted sound kept ahead of the card.
 constexpr double kBufferSeconds = 0.3;
-
-// SDL counts its subsystem's users without a lock, and files open and close
-// on more than one thread (a silent source's file closes on its own).
-std::mutex& SdlMutex()
-{
-    static std::mutex s_mutex;
-    return s_mutex;
-}
 }  // namespace
 
 CLS_AudioOutput::CLS_AudioOutput(CLS_SessionState& _state, CLS_PlayClock& _clock)
@@ -41,7 +33,6 @@ bool CLS_AudioOutput::Open(int _iSampleRate, int _iChannels)
         std::lock_guard<std::mutex> lock(m_mutex);
         m_blAbort = false;
     }
-    std::lock_guard<std::mutex> lockSdl(SdlMutex());
     // SDL must not take over SIGINT/SIGTERM from the host application.
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) return false;
@@ -60,8 +51,7 @@ bool CLS_AudioOutput::Open(int _iSampleRate, int _iChannels)
         SDL_OpenAudioDevice(nullptr, 0, &stWant, &stHave,
                             SDL_AUDIO_ALLOW_FREQUENCY_CHANGE | SDL_AUDIO_ALLOW_CHANNELS_CHANGE);
     if (m_uiDevice == 0) {
-        SDL_QuitSubSystem(SDL_INIT_AUDIO);
-        m_blSdlStarted = false;
+        Close();
         return false;
     }
     m_iRate = stHave.freq;
@@ -72,15 +62,9 @@ bool CLS_AudioOutput::Open(int _iSampleRate, int _iChannels)
     return true;
 }
 
-void CLS_AudioOutput::ForgetThread()
-{
-    SDL_TLSCleanup();
-}
-
 void CLS_AudioOutput::Close()
 {
     Abort();
-    std::lock_guard<std::mutex> lockSdl(SdlMutex());
     if (m_uiDevice != 0) {
         // Returns once the callback has finished; nothing calls us after.
         SDL_CloseAudioDevice(m_uiDevice);

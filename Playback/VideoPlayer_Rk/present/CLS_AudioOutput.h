@@ -26,9 +26,6 @@ public:
 
     // False when there is no sound device (not an error: the picture plays on).
     bool Open(int _iSampleRate, int _iChannels);
-    // What SDL keeps for the calling thread, freed: for a thread that opened
-    // a device and ends before the process does.
-    static void ForgetThread();
     void Close();
     int SampleRate() const { return m_iRate; }
     int Channels() const { return m_iChannels; }
