@@ -35,12 +35,13 @@ private slots:
         QFETCH(bool, loop);
         QFETCH(int, pendingRuns);
         const bool blWaitsForAll = withdrawal == QLatin1String("UnInit");
-        CLS_TaskPool pool({}, 2);
+        // Everything the runs touch outlives the pool, which joins them.
         std::atomic<bool> blOpenOwner{false}, blOpenOther{false};
-        // Held runs are let go before the pool joins, even when a check fails early.
-        const auto release = qScopeGuard([&] { blOpenOwner = blOpenOther = true; });
         const int iOwner = 0, iOther = 0;
         std::atomic<int> iInFlight{0}, iHeldRuns{0}, iPendingRuns{0};
+        CLS_TaskPool pool({}, 2);
+        // Held runs are let go before the pool joins, even when a check fails early.
+        const auto release = qScopeGuard([&] { blOpenOwner = blOpenOther = true; });
         const auto held = [&](std::atomic<bool>& _blOpen) {
             return [&iInFlight, &iHeldRuns, pOpen = &_blOpen] {
                 ++iHeldRuns;
